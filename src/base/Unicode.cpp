@@ -1,0 +1,101 @@
+// Unicode.cpp - UTF-8/UTF-16 conversion over utfcpp.
+#include "base/Unicode.h"
+
+#include <utf8.h>
+
+#include <iterator>
+#include <stdexcept>
+
+namespace qent::base {
+
+namespace {
+
+std::size_t invalidUtf8Offset(std::string_view text) {
+  return static_cast<std::size_t>(utf8::find_invalid(text.begin(), text.end()) - text.begin());
+}
+
+// Offset of the first lone surrogate, or the size when there is none.
+std::size_t invalidUtf16Offset(std::u16string_view text) {
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char16_t c = text[i];
+    if (c >= 0xD800 && c <= 0xDBFF) {
+      if (i + 1 < text.size() && text[i + 1] >= 0xDC00 && text[i + 1] <= 0xDFFF) {
+        ++i;
+        continue;
+      }
+      return i;
+    }
+    if (c >= 0xDC00 && c <= 0xDFFF) return i;
+  }
+  return text.size();
+}
+
+}  // namespace
+
+std::u16string utf8ToUtf16(std::string_view text) {
+  const std::size_t bad = invalidUtf8Offset(text);
+  if (bad != text.size()) {
+    throw std::invalid_argument("invalid UTF-8 at byte " + std::to_string(bad));
+  }
+  std::u16string out;
+  out.reserve(text.size());
+  utf8::unchecked::utf8to16(text.begin(), text.end(), std::back_inserter(out));
+  return out;
+}
+
+std::string utf16ToUtf8(std::u16string_view text) {
+  const std::size_t bad = invalidUtf16Offset(text);
+  if (bad != text.size()) {
+    throw std::invalid_argument("invalid UTF-16 (lone surrogate) at code unit " +
+                                std::to_string(bad));
+  }
+  std::string out;
+  out.reserve(text.size() + text.size() / 2);
+  utf8::unchecked::utf16to8(text.begin(), text.end(), std::back_inserter(out));
+  return out;
+}
+
+std::u16string utf8ToUtf16Lenient(std::string_view text) {
+  if (invalidUtf8Offset(text) == text.size()) return utf8ToUtf16(text);
+  std::string repaired;
+  utf8::replace_invalid(text.begin(), text.end(), std::back_inserter(repaired));
+  return utf8ToUtf16(repaired);
+}
+
+std::string utf16ToUtf8Lenient(std::u16string_view text) {
+  if (invalidUtf16Offset(text) == text.size()) return utf16ToUtf8(text);
+  std::u16string repaired;
+  repaired.reserve(text.size());
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const std::u16string_view rest = text.substr(i);
+    if (invalidUtf16Offset(rest.substr(0, 2)) == 0) {
+      repaired.push_back(u'\uFFFD');
+    } else {
+      repaired.push_back(text[i]);
+      if (text[i] >= 0xD800 && text[i] <= 0xDBFF) repaired.push_back(text[++i]);
+    }
+  }
+  return utf16ToUtf8(repaired);
+}
+
+bool equalsIgnoreAsciiCase(std::string_view a, std::string_view b) {
+  if (a.size() != b.size()) return false;
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    char x = a[i];
+    char y = b[i];
+    if (x >= 'A' && x <= 'Z') x = static_cast<char>(x - 'A' + 'a');
+    if (y >= 'A' && y <= 'Z') y = static_cast<char>(y - 'A' + 'a');
+    if (x != y) return false;
+  }
+  return true;
+}
+
+std::string toLowerAscii(std::string_view text) {
+  std::string out(text);
+  for (char& c : out) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  }
+  return out;
+}
+
+}  // namespace qent::base

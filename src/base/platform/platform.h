@@ -1,0 +1,40 @@
+// platform.h - the few operating-system calls the library makes, behind one interface.
+//
+// platform_posix.cpp and platform_win32.cpp implement it; nothing else in the code base
+// includes <windows.h> or POSIX headers. Paths are UTF-8 on both sides; the Windows
+// branch converts them to wide paths so that non-ASCII file names work.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace qent::base::platform {
+
+// The variable's value, or nothing when it is unset.
+std::optional<std::u16string> environmentVariable(std::u16string_view name);
+
+// The full path of the module (shared library or executable) that holds this code,
+// with short names expanded; empty when it cannot be determined.
+std::filesystem::path modulePath();
+
+// A number that identifies the calling thread: the address of a per-thread variable.
+std::uint64_t threadNumber();
+
+struct LocalTime {
+  int year, month, day, hour, minute, second, millisecond;
+};
+LocalTime localTimeWithMilliseconds();
+
+// File-name pattern matching with the rules of the Windows shell: "*" matches any run of
+// characters, "?" exactly one, letters compare without regard to case; several patterns
+// may be joined by ";". The same on every platform, so a job finds the same files.
+bool matchesPattern(std::u16string_view name, std::u16string_view pattern);
+
+// Converts between UTF-8 text and the platform's native path form.
+std::filesystem::path pathFromUtf8(std::string_view utf8);
+std::string pathToUtf8(const std::filesystem::path& path);
+
+}  // namespace qent::base::platform

@@ -1,0 +1,40 @@
+// OrmidaJob.h - the job of this library: properties, results, documents and tracing.
+#pragma once
+
+#include "job/JobImplementationBase.h"
+
+#include <cstdint>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace qent::job {
+
+class OrmidaJob : public JobImplementationBase {
+public:
+  // Opens the trace log when the environment variable QENT_TEXTTRACE names a file.
+  OrmidaJob();
+  // Closes the trace log once for every time this job opened it.
+  ~OrmidaJob() override;
+
+  // Catches TraceFilename, which opens the trace log instead of being stored.
+  bool setPropertyById(std::uint32_t number, const std::u16string& value) override;
+  void execute() override;
+  void prepareErrorText() override;
+  bool getSubProperty(const std::u16string& name, std::u16string& value) override;
+  bool getResultProperty(std::uint32_t number, std::u16string& value) override;
+
+  void setResult(std::uint32_t number, std::u16string value);
+  void setSubResult(std::uint32_t mainNumber, std::uint32_t subNumber, std::u16string value);
+  std::uint64_t traceOpenings() const { return traceOpenings_; }
+
+private:
+  void openTrace(const std::u16string& fileName);
+
+  std::unordered_map<std::uint32_t, std::u16string> results_;
+  std::unordered_map<std::uint32_t, std::u16string> subResults_;
+  std::vector<std::u16string> scratch_;  // the small list the operations share
+  std::uint64_t traceOpenings_ = 0;
+};
+
+}  // namespace qent::job
