@@ -1,0 +1,83 @@
+// FileIoTest.cpp - whole-file reading and atomic writing with their error texts.
+#include "base/FileIo.h"
+
+#include "support/TempDir.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <stdexcept>
+
+namespace {
+
+using namespace qent::base;
+using qent::test::readAll;
+using qent::test::TempDir;
+
+std::string errorOf(const std::function<void()>& call) {
+  try {
+    call();
+  } catch (const std::runtime_error& e) {
+    return e.what();
+  }
+  return "<no error>";
+}
+
+TEST(FileIoTest, ReadsWholeFilesIncludingZerosAndEmptyFiles) {
+  TempDir dir;
+  const std::string bytes("a\0b\r\n\xFF", 6);
+  EXPECT_EQ(readFile(dir.write("bin", bytes)), bytes);
+  EXPECT_EQ(readFile(dir.write("empty", "")), "");
+  const std::string big(300000, 'x');
+  EXPECT_EQ(readFile(dir.write("big", big)).size(), big.size());
+}
+
+TEST(FileIoTest, ReadErrorsNameTheFile) {
+  TempDir dir;
+  const auto missing = dir / "missing.json";
+  EXPECT_EQ(errorOf([&] { readFile(missing); }).rfind("stat failed for file ", 0), 0u);
+  EXPECT_NE(errorOf([&] { readFile(missing); }).find("missing.json errno is: "),
+            std::string::npos);
+  const std::string directory = errorOf([&] { readFile(dir.path()); });
+  EXPECT_EQ(directory.rfind("reading error (errno ", 0), 0u) << directory;
+  EXPECT_NE(directory.find("is a directory"), std::string::npos);
+}
+
+TEST(FileIoTest, AtomicWriteReplacesAndLeavesNoTemporaryFiles) {
+  TempDir dir;
+  const auto target = dir / "out.json";
+  writeFileAtomic(target, "first");
+  writeFileAtomic(target, "second, longer");
+  EXPECT_EQ(readAll(target), "second, longer");
+  int files = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(dir.path())) {
+    (void)entry;
+    ++files;
+  }
+  EXPECT_EQ(files, 1);
+}
+
+TEST(FileIoTest, FailedWriteKeepsTheEarlierFile) {
+  TempDir dir;
+  const auto target = dir / "out.json";
+  writeFileAtomic(target, "earlier");
+  // A directory in the way of the rename: the write fails and the file stays as it was.
+  const auto blocked = dir / "blocked";
+  std::filesystem::create_directories(blocked / "inner");
+  const std::string message = errorOf([&] { writeFileAtomic(blocked, "new"); });
+  EXPECT_EQ(message.rfind("an error occurred during renaming the file from ", 0), 0u) << message;
+  EXPECT_TRUE(std::filesystem::is_directory(blocked / "inner"));
+  const std::string noDir = errorOf([&] { writeFileAtomic(dir / "no" / "dir" / "x", "y"); });
+  EXPECT_EQ(noDir.rfind("file is busy or not exist or its path is too long (errno: ", 0), 0u)
+      << noDir;
+  EXPECT_EQ(readAll(target), "earlier");
+}
+
+TEST(FileIoTest, ResolvesRelativePathsAgainstTheWorkspace) {
+  EXPECT_EQ(resolveAgainst("ws", "a.json"), std::filesystem::path("ws") / "a.json");
+  EXPECT_EQ(resolveAgainst("", "a.json"), std::filesystem::path("a.json"));
+  const auto absolute = std::filesystem::current_path() / "a.json";
+  EXPECT_EQ(resolveAgainst("ws", absolute), absolute);
+}
+
+}  // namespace

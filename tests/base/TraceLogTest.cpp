@@ -1,0 +1,245 @@
+// TraceLogTest.cpp - the shared trace log: line format, levels, and how jobs open and
+// close it. Each test leaves the log closed again, so tests do not see each other.
+#include "base/TraceLog.h"
+
+#include "base/platform/platform.h"
+#include "job/OrmidaJob.h"
+#include "job/PropertyValues.h"
+#include "support/JobApi.h"
+#include "support/TempDir.h"
+
+#include <gtest/gtest.h>
+
+#include <regex>
+#include <thread>
+
+namespace {
+
+using qent::base::TraceLog;
+using qent::test::Job;
+using qent::test::readAll;
+using qent::test::ScopedEnvironment;
+using qent::test::TempDir;
+
+std::vector<std::string> linesOf(const std::string& text) {
+  std::vector<std::string> lines;
+  std::size_t start = 0;
+  while (start < text.size()) {
+    const std::size_t end = text.find("\r\n", start);
+    if (end == std::string::npos) {
+      lines.push_back(text.substr(start) + "<no CRLF>");
+      break;
+    }
+    lines.push_back(text.substr(start, end - start));
+    start = end + 2;
+  }
+  return lines;
+}
+
+// The message of a line, after the time stamp, tag and thread number.
+std::string messageOf(const std::string& line) {
+  const std::size_t close = line.find("] ", line.find(" [", 24));
+  return close == std::string::npos ? line : line.substr(close + 2);
+}
+
+TEST(TraceLogTest, ThresholdFromName) {
+  const std::pair<const char*, std::uint32_t> cases[] = {
+      {"info", 6},  {"DEBUG", 7}, {"Warn", 4},  {"error", 3}, {"verbose", 8},
+      {"", 5},      {"0", 3},     {"2", 3},     {"3", 3},     {"7", 7},
+      {"8", 8},     {"99", 8},    {"5x", 5},    {"x5", 5},    {"fatal", 5},
+      {"123456789012345678901234567890", 8}};
+  for (const auto& [name, expected] : cases) {
+    EXPECT_EQ(TraceLog::thresholdFromName(name, 5), expected) << '"' << name << '"';
+  }
+}
+
+TEST(TraceLogTest, TagsPerLevel) {
+  const std::pair<std::uint32_t, const char*> cases[] = {
+      {2, " [FATAL] "}, {3, " [ERROR] "}, {4, " [WARN] "}, {5, " [INIT] "},
+      {6, " [INFO] "},  {7, " [DEBUG] "}, {8, " [INFO] "}, {1, ""},  {9, ""}};
+  for (const auto& [level, tag] : cases) EXPECT_EQ(TraceLog::tagOf(level), tag) << level;
+}
+
+TEST(TraceLogTest, LineFormat) {
+  const std::string line = TraceLog::formatLine("hello world", qent::base::kTraceWarning);
+  const std::regex pattern(
+      R"(^\d\d\.\d\d\.\d{4} \d\d:\d\d:\d\d,\d{3} \[WARN\] \[(\d+)\] hello world\r\n$)");
+  std::smatch match;
+  ASSERT_TRUE(std::regex_match(line, match, pattern)) << line;
+  EXPECT_EQ(match[1].str(), std::to_string(qent::base::platform::threadNumber()));
+  std::string other;
+  std::thread([&] { other = TraceLog::formatLine("x", 6); }).join();
+  EXPECT_EQ(other.find("[" + match[1].str() + "]"), std::string::npos)
+      << "another thread writes another number";
+  EXPECT_NE(TraceLog::formatLine("x", 12).find(",000 [") == std::string::npos, false)
+      << "some lines have no tag";
+}
+
+TEST(TraceLogTest, EnvironmentVariableOpensTheLogForEachJob) {
+  TempDir dir;
+  const auto first = dir / "first.log";
+  const auto second = dir / "second.log";
+  {
+    ScopedEnvironment env("QENT_TEXTTRACE", first.string());
+    auto a = std::make_unique<Job>();
+    ScopedEnvironment env2("QENT_TEXTTRACE", second.string());
+    auto b = std::make_unique<Job>();
+    EXPECT_TRUE(TraceLog::isOn());
+    EXPECT_EQ(TraceLog::openCount(), 2u);
+    a.reset();
+    EXPECT_TRUE(TraceLog::isOn()) << "the second job keeps the log open";
+    b.reset();
+    EXPECT_FALSE(TraceLog::isOn());
+  }
+  EXPECT_FALSE(std::filesystem::exists(second)) << "the second file is never created";
+  const auto lines = linesOf(readAll(first));
+  std::vector<std::string> messages;
+  for (const auto& line : lines) messages.push_back(messageOf(line));
+  const std::vector<std::string> expected = {
+      "LOG INIT called and we have now 1 logs active", "Ormida 1.7.0 64 bit",
+      "LOG INIT called and we have now 2 logs active", "Ormida 1.7.0 64 bit",
+      "LOG SHUTDOWN called and we have now 2 logs active",
+      "LOG SHUTDOWN called and we have now 1 logs active"};
+  EXPECT_EQ(messages, expected);
+  EXPECT_NE(lines[1].find(" [INIT] "), std::string::npos);
+  EXPECT_NE(lines[0].find(" [INFO] "), std::string::npos);
+}
+
+TEST(TraceLogTest, EmptyEnvironmentVariableLeavesTracingOff) {
+  ScopedEnvironment env("QENT_TEXTTRACE", "");
+  Job job;
+  EXPECT_FALSE(TraceLog::isOn());
+}
+
+TEST(TraceLogTest, ExistingFileIsAppendedTo) {
+  TempDir dir;
+  const auto file = dir.write("old.log", "earlier line\r\n");
+  {
+    Job job;
+    ASSERT_EQ(job.set("TraceFilename", file.string()), ORMIDA_OK);
+  }
+  const auto lines = linesOf(readAll(file));
+  ASSERT_GE(lines.size(), 4u);
+  EXPECT_EQ(lines[0], "earlier line");
+  EXPECT_EQ(messageOf(lines[1]), "============== Appending to old log file");
+  EXPECT_EQ(messageOf(lines[2]), "LOG INIT called and we have now 1 logs active");
+}
+
+TEST(TraceLogTest, TraceFilenameIsNotStoredAndCountsPerJob) {
+  TempDir dir;
+  const auto file = dir / "t.log";
+  qent::job::OrmidaJob job;
+  ASSERT_TRUE(job.setProperty(u"TraceFilename", qent::test::u16(file.string())));
+  ASSERT_TRUE(job.setProperty(u"TraceFilename", qent::test::u16(file.string())));
+  EXPECT_EQ(job.traceOpenings(), 2u);
+  EXPECT_FALSE(job.properties().plain(740).has_value());
+  EXPECT_EQ(TraceLog::openCount(), 2u);
+}
+
+TEST(TraceLogTest, UnopenableTraceFileIsABadArgument) {
+  TempDir dir;
+  Job job;
+  EXPECT_EQ(job.set("TraceFilename", (dir / "no" / "such" / "dir.log").string()),
+            ORMIDA_BAD_ARGUMENT);
+  EXPECT_FALSE(TraceLog::isOn());
+  EXPECT_THROW(TraceLog::open((dir / "missing" / "x.log").string(), ""), std::runtime_error);
+  try {
+    TraceLog::open((dir / "missing" / "x.log").string(), "");
+  } catch (const std::runtime_error& e) {
+    EXPECT_EQ(std::string(e.what()).rfind(
+                  "file is busy or not exist or its path is too long (errno: ", 0),
+              0u);
+  }
+}
+
+TEST(TraceLogTest, SubPropertiesAreTracedWithTheJobAddress) {
+  TempDir dir;
+  const auto file = dir / "t.log";
+  std::string address;
+  {
+    qent::job::OrmidaJob job;
+    address = std::to_string(reinterpret_cast<std::uintptr_t>(&job));
+    ASSERT_TRUE(job.setProperty(u"TraceFilename", qent::test::u16(file.string())));
+    ASSERT_TRUE(job.setProperty(u"Compare.Level", u"Glyph"));
+    ASSERT_TRUE(job.setProperty(u"Compare", u"true"));
+  }
+  const std::string text = readAll(file);
+  EXPECT_NE(text.find(" [INFO] "), std::string::npos);
+  EXPECT_NE(text.find("] setting property for job [" + address +
+                      "]: Compare.Level value: \"Glyph\"\r\n"),
+            std::string::npos)
+      << text;
+  EXPECT_EQ(text.find("Compare value"), std::string::npos) << "plain sets are not traced";
+}
+
+TEST(TraceLogTest, FloatFallbackIsTraced) {
+  TempDir dir;
+  const auto file = dir / "t.log";
+  TraceLog::open(file.string(), "");
+  EXPECT_FLOAT_EQ(qent::job::toFloatOr(u"abc", 0.7f), 0.7f);
+  EXPECT_FLOAT_EQ(qent::job::toFloatOr(u"1e50", 0.7f), 0.7f);
+  TraceLog::close();
+  const std::string text = readAll(file);
+  EXPECT_NE(text.find(" [ERROR] [" + std::to_string(qent::base::platform::threadNumber()) +
+                      "] invalid argument in float property invalid stof argument\r\n"),
+            std::string::npos)
+      << text;
+  EXPECT_NE(text.find("] float property out of range stof argument out of range\r\n"),
+            std::string::npos)
+      << text;
+}
+
+TEST(TraceLogTest, ThresholdFiltersAndVerboseLooksLikeInfo) {
+  TempDir dir;
+  const auto file = dir / "t.log";
+  TraceLog::open(file.string(), "warn");
+  TraceLog::write("dropped", qent::base::kTraceInfo);
+  TraceLog::write("kept", qent::base::kTraceError);
+  TraceLog::open("ignored-second-name.log", "verbose");  // only counts
+  TraceLog::write("still dropped", qent::base::kTraceVerbose);
+  TraceLog::close();
+  TraceLog::close();
+  TraceLog::close();  // one close too many does nothing
+  const std::string text = readAll(file);
+  EXPECT_EQ(text.find("dropped"), std::string::npos);
+  EXPECT_NE(text.find("kept"), std::string::npos);
+  EXPECT_FALSE(std::filesystem::exists("ignored-second-name.log"));
+
+  TraceLog::open(file.string(), "");
+  TraceLog::write("chatty", qent::base::kTraceVerbose);
+  TraceLog::writeFormatted(qent::base::kTraceDebug, "%s=%d", "n", 5);
+  TraceLog::close();
+  const std::string again = readAll(file);
+  EXPECT_NE(again.find(" [INFO] [" + std::to_string(qent::base::platform::threadNumber()) +
+                       "] chatty\r\n"),
+            std::string::npos);
+  EXPECT_NE(again.find(" [DEBUG] ["), std::string::npos);
+  EXPECT_NE(again.find("] n=5\r\n"), std::string::npos);
+}
+
+TEST(TraceLogTest, ThreadsNeverInterleaveWithinALine) {
+  TempDir dir;
+  const auto file = dir / "t.log";
+  TraceLog::open(file.string(), "");
+  std::vector<std::thread> threads;
+  for (int t = 0; t < 4; ++t) {
+    threads.emplace_back([t] {
+      for (int i = 0; i < 200; ++i) {
+        TraceLog::write(std::string(50, static_cast<char>('a' + t)), qent::base::kTraceInfo);
+      }
+    });
+  }
+  for (auto& thread : threads) thread.join();
+  TraceLog::close();
+  int payloadLines = 0;
+  for (const auto& line : linesOf(readAll(file))) {
+    const std::string message = messageOf(line);
+    if (message.size() == 50) {
+      EXPECT_EQ(message, std::string(50, message[0]));
+      ++payloadLines;
+    }
+  }
+  EXPECT_EQ(payloadLines, 800);
+}
+
+}  // namespace

@@ -1,3 +1,0 @@
-#include "ormida/ormida.h"
-#include <gtest/gtest.h>
-TEST(Smoke, Version) { EXPECT_EQ(OrmidaGetVersion(), 0x01070000u); }
