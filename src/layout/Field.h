@@ -1,0 +1,19 @@
+// Field.h - a form field; it adds nothing to Fragment but its own visit.
+#pragma once
+
+#include "layout/Fragment.h"
+
+namespace qent::text::layout {
+
+class Field : public Fragment {
+public:
+  Field() = default;
+  ~Field() override;
+  void accept(NodeVisitor& visitor) override;
+
+protected:
+  Field(const Field&) = default;
+  friend class ShallowCopier;
+};
+
+}  // namespace qent::text::layout

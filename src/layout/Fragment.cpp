@@ -1,0 +1,31 @@
+// Fragment.cpp - visitor dispatch and the glyph-mean confidence of fragments.
+#include "layout/Fragment.h"
+
+#include "layout/Glyph.h"
+#include "layout/IteratorTemplate.h"
+#include "layout/NodeVisitor.h"
+
+#include <cstdint>
+
+namespace qent::text::layout {
+
+Fragment::~Fragment() = default;
+void Fragment::accept(NodeVisitor& visitor) { visitor.visit(*this); }
+
+double Fragment::confidence() const {
+  if (confidence_ >= 0 || dynamic_cast<const Glyph*>(this) != nullptr) return confidence_;
+  double sum = 0;
+  std::int32_t count = 0;
+  // The iterator walks mutable nodes; nothing is changed through it.
+  for (IteratorTemplate<Glyph> it(const_cast<Fragment*>(this)); !it.atEnd(); ++it) {
+    const double value = it->confidence();
+    if (value >= 0) {
+      sum += value;
+      ++count;
+    }
+  }
+  if (count > 0) confidence_ = sum / count;
+  return confidence_;
+}
+
+}  // namespace qent::text::layout

@@ -1,0 +1,73 @@
+// Node.h - the base of every layout tree node: identifier, free attributes and owned children.
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace qent::text::layout {
+
+class NodeVisitor;
+class ShallowCopier;
+
+// A node owns its children; there is no parent pointer (iterators keep the path instead).
+// Any node kind may be the child of any other. Destroying a node destroys its subtree
+// without recursion, so even a tree built in code far deeper than any reader accepts is
+// released safely.
+class Node {
+public:
+  using Attributes = std::map<std::u16string, std::u16string>;
+  using Children = std::vector<std::unique_ptr<Node>>;
+
+  Node() = default;
+  virtual ~Node();
+  Node& operator=(const Node&) = delete;
+
+  // Calls the visitor's visit for this node's most derived class.
+  virtual void accept(NodeVisitor& visitor);
+
+  const std::u16string& id() const { return id_; }
+  void setId(std::u16string id) { id_ = std::move(id); }
+
+  // Free attributes, sorted by key; numbers read from files are kept as their text.
+  const Attributes& attributes() const { return attributes_; }
+  Attributes& attributes() { return attributes_; }
+  void setAttribute(const std::u16string& key, std::u16string value) {
+    attributes_.insert_or_assign(key, std::move(value));
+  }
+
+  // A second map that no operation of the library fills; it is carried along by copies
+  // so that layouts built by other tools lose nothing.
+  const Attributes& auxiliaryAttributes() const { return auxiliaryAttributes_; }
+  Attributes& auxiliaryAttributes() { return auxiliaryAttributes_; }
+
+  const Children& children() const { return children_; }
+  std::size_t childCount() const { return children_.size(); }
+  Node& child(std::size_t index) const { return *children_.at(index); }
+  // Takes ownership and returns the child with its own type, for building trees:
+  //   Line& line = page.appendChild(std::make_unique<Line>());
+  template <class T>
+  T& appendChild(std::unique_ptr<T> child) {
+    T& added = *child;
+    children_.push_back(std::move(child));
+    return added;
+  }
+  void reserveChildren(std::size_t count) { children_.reserve(count); }
+  // Detaches all children; the node is left without any.
+  Children takeChildren();
+
+protected:
+  // Copies the node's own fields, not its children: the one copy the library makes is the
+  // shallow copy, and ShallowCopier is the only place that asks for it.
+  Node(const Node& other);
+
+private:
+  std::u16string id_;
+  Attributes attributes_;
+  Attributes auxiliaryAttributes_;
+  Children children_;
+};
+
+}  // namespace qent::text::layout
