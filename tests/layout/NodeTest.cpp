@@ -1,0 +1,247 @@
+// NodeTest.cpp - node fields, the glyph-mean confidence, box names, rectangles, node text
+// and the visitor defaults.
+#include "layout/Layout.h"
+#include "layout/NodeText.h"
+#include "layout/NodeVisitor.h"
+#include "layout/Nodes.h"
+#include "support/LayoutBuilders.h"
+#include "support/LayoutDump.h"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace qent::test {
+namespace {
+
+using namespace qent::text::layout;
+
+TEST(NodeTest, NewNodesHoldTheUnsetValues) {
+  Word word;
+  EXPECT_EQ(word.storedConfidence(), -1);
+  EXPECT_EQ(word.fontSize(), -1);
+  EXPECT_FALSE(word.rect().hasGeometry());
+  EXPECT_FALSE(word.hasColor());
+  // Every unset field is left out of the dump, so an empty dump means "all unset".
+  std::vector<std::unique_ptr<Node>> nodes;
+  nodes.push_back(std::make_unique<Page>());
+  nodes.push_back(std::make_unique<Line>());
+  nodes.push_back(std::make_unique<Word>());
+  nodes.push_back(std::make_unique<Glyph>());
+  nodes.push_back(std::make_unique<Picture>());
+  nodes.push_back(std::make_unique<Field>());
+  nodes.push_back(std::make_unique<Fragment>());
+  nodes.push_back(std::make_unique<Image>());
+  nodes.push_back(std::make_unique<Content>());
+  nodes.push_back(std::make_unique<Node>());
+  for (const auto& node : nodes) {
+    const std::string text = dump(*node);
+    EXPECT_EQ(text.find_first_of("([\"{#:"), std::string::npos) << text;
+  }
+  EXPECT_EQ(dump(Box()), "Box");
+  EXPECT_EQ(Box().typeName(), u"content_area");
+}
+
+TEST(FragmentConfidenceTest, MeanOfGlyphsIsComputedOnceAndKept) {
+  auto w = word(u"abc", {}, glyph(u"a", {}, 80), glyph(u"b", {}, 90), glyph(u"c"));
+  EXPECT_DOUBLE_EQ(w->confidence(), 85);
+  EXPECT_DOUBLE_EQ(w->storedConfidence(), 85);
+  static_cast<Glyph&>(w->child(0)).setConfidence(10);
+  EXPECT_DOUBLE_EQ(w->confidence(), 85);
+}
+
+TEST(FragmentConfidenceTest, TakesGlyphsAtAnyDepthAndPrefersTheStoredValue) {
+  auto l = line(Rect{}, word(u"a", {}, glyph(u"a", {}, 60)),
+                box(0, Rect{}, word(u"b", {}, glyph(u"b", {}, 70), glyph(u"c", {}, 100))));
+  EXPECT_DOUBLE_EQ(l->confidence(), 230.0 / 3);
+  auto stored = with(line(Rect{}, glyph(u"a", {}, 60)), [](Line& x) { x.setConfidence(0); });
+  EXPECT_EQ(stored->confidence(), 0);
+}
+
+TEST(FragmentConfidenceTest, StaysUnsetWithoutGlyphConfidences) {
+  auto l = line(Rect{}, word(u"a", {}, glyph(u"a")), word(u"b"));
+  EXPECT_LT(l->confidence(), 0);
+  EXPECT_EQ(l->storedConfidence(), -1);
+  // A glyph never averages its own children.
+  auto g = glyph(u"x");
+  g->appendChild(glyph(u"y", {}, 50));
+  EXPECT_EQ(g->confidence(), -1);
+}
+
+TEST(BoxTest, TypeNameFollowsTheKindUnlessSetByName) {
+  struct Case {
+    std::uint32_t kind;
+    const char16_t* name;
+  };
+  for (const Case& c : {Case{0, u"content_area"}, Case{1, u"ocrx_table_header_row"},
+                        Case{7, u"ocrx_table"}, Case{14, u"ocrx_h6"}, Case{20, u"ocrx_lbl"},
+                        Case{21, u"ocrx_box"}, Case{22, u"ocrx_box"}, Case{23, u"ocrx_span"},
+                        Case{24, u"ocrx_artifact"}, Case{26, u"ocrx_box"},
+                        Case{4000000000u, u"ocrx_box"}}) {
+    Box b;
+    b.setBoxKind(c.kind);
+    EXPECT_EQ(b.typeName(), c.name) << c.kind;
+  }
+  Box b;
+  b.setTypeName(u"my_region");
+  EXPECT_EQ(b.boxKind(), Box::kCustomKind);
+  EXPECT_EQ(b.typeName(), u"my_region");
+  b.setBoxKind(0);
+  EXPECT_EQ(b.typeName(), u"content_area");
+  EXPECT_EQ(Box::kindForName(u"ocrx_list_item"), 16u);
+  EXPECT_EQ(Box::kindForName(u"ocrx_box"), 21u);
+  EXPECT_EQ(Box::kindForName(u"unknown"), Box::kCustomKind);
+}
+
+TEST(RectTest, InputRectanglesAcceptZeroButNotNegativeSides) {
+  EXPECT_EQ(Rect::fromInput(1, 2, 0, 5), (Rect{1, 2, 0, 5}));
+  EXPECT_EQ(Rect::fromInput(-1, -2, 3, 4), (Rect{-1, -2, 3, 4}));
+  for (const Rect& bad : {Rect{0, 0, -1, 5}, Rect{0, 0, 5, -1}}) {
+    try {
+      Rect::fromInput(bad.left, bad.top, bad.width, bad.height);
+      ADD_FAILURE() << "accepted a negative side";
+    } catch (const std::invalid_argument& e) {
+      EXPECT_STREQ(e.what(), "Width or Height of Rectangle must be > 0");
+    }
+  }
+}
+
+TEST(RectTest, ComputedRectanglesNameTheSideThatIsTooSmall) {
+  EXPECT_EQ(Rect::fromComputed(0, 0, 1, 1), (Rect{0, 0, 1, 1}));
+  auto message = [](Rect r) {
+    try {
+      Rect::fromComputed(r.left, r.top, r.width, r.height);
+    } catch (const std::invalid_argument& e) {
+      return std::string(e.what());
+    }
+    return std::string("accepted");
+  };
+  EXPECT_EQ(message({0, 0, 0, 5}), "Width of Rectangle must be > 0");
+  EXPECT_EQ(message({0, 0, 5, -3}), "Height of Rectangle must be > 0");
+  EXPECT_EQ(message({0, 0, -5, 0}), "Width of Rectangle must be > 0");
+}
+
+TEST(RectTest, AllZeroMeansNoGeometry) {
+  EXPECT_FALSE(Rect{}.hasGeometry());
+  EXPECT_TRUE((Rect{0, 0, 0, 5}.hasGeometry()));
+  EXPECT_TRUE((Rect{3, 0, 0, 0}.hasGeometry()));
+}
+
+TEST(NodeTextTest, FragmentTextsInDocumentOrderThenContentTexts) {
+  EXPECT_EQ(nodeText(*parseDump("Word\"ab\"{Glyph\"a\",Glyph\"b\"}")), u"abab");
+  EXPECT_EQ(nodeText(*parseDump(
+                "Line{Content:x\"C1\",Word\"ab\"{Content:y\"C2\"},Word\"cd\",Content:z\"C3\"}")),
+            u"abcdC1C2C3");
+  EXPECT_EQ(nodeText(*parseDump("Page{Box{Line{Word\"x\"}},Image\"i.png\"}")), u"x");
+  EXPECT_EQ(nodeText(*parseDump("Content:t\"own\"{Word\"w\"}")), u"wown");
+  EXPECT_EQ(contentText(*parseDump("Word\"ab\"{Content:x\"1\",Glyph\"a\",Content:y\"2\"}")),
+            u"12");
+}
+
+TEST(NodeTest, DestroysVeryDeepTreesWithoutRecursion) {
+  // Far deeper than any reader accepts; a recursive destructor would overflow the stack.
+  auto top = std::make_unique<Node>();
+  Node* tip = top.get();
+  for (int i = 0; i < 1000000; ++i) tip = &tip->appendChild(std::make_unique<Node>());
+  top.reset();
+  SUCCEED();
+}
+
+TEST(NodeTest, TakeChildrenLeavesTheNodeEmpty) {
+  auto p = parseDump("Page{Word\"a\",Word\"b\"}");
+  auto children = p->takeChildren();
+  EXPECT_EQ(children.size(), 2u);
+  EXPECT_EQ(dump(*p), "Page");
+}
+
+// Records the visits it receives; overrides only the word slot.
+class WordCounter : public NodeVisitor {
+public:
+  using NodeVisitor::visit;
+  std::u16string seen;
+  void visit(Word& node) override { seen += node.text() + u"|"; }
+};
+
+TEST(NodeVisitorTest, DefaultsReachEveryWordButNotTheGlyphsBelowAnOverride) {
+  auto tree = parseDump(
+      "Content:node{Page{Box{Line{Word\"a\"{Glyph\"g\",Word\"hidden\"}}},Word\"b\",Field{"
+      "Word\"c\"},Picture{Word\"d\"},Fragment{Word\"e\"},Image{Word\"f\"},Node{Word\"h\"}}}");
+  WordCounter counter;
+  tree->accept(counter);
+  EXPECT_EQ(counter.seen, u"a|b|c|d|e|f|h|");
+}
+
+// Records the class of every node the default walk reaches, in order.
+class ClassRecorder : public NodeVisitor {
+public:
+  using NodeVisitor::visit;
+  std::string seen;
+  void visit(Picture& n) override { note("Picture", n); }
+  void visit(Glyph& n) override { note("Glyph", n); }
+  void visit(Word& n) override { note("Word", n); }
+  void visit(Line& n) override { note("Line", n); }
+  void visit(Field& n) override { note("Field", n); }
+  void visit(Box& n) override { note("Box", n); }
+  void visit(Fragment& n) override { note("Fragment", n); }
+  void visit(Page& n) override { note("Page", n); }
+  void visit(Image& n) override { note("Image", n); }
+  void visit(Content& n) override { note("Content", n); }
+  void visit(Node& n) override { note("Node", n); }
+
+private:
+  template <class T>
+  void note(const char* name, T& node) {
+    seen += std::string(name) + " ";
+    NodeVisitor::visit(static_cast<Node&>(node));
+  }
+};
+
+TEST(NodeVisitorTest, EveryClassReachesItsOwnSlot) {
+  auto tree = parseDump(
+      "Content:node{Page{Box{Line{Word{Glyph}}},Picture,Field,Fragment,Image,Node}}");
+  ClassRecorder recorder;
+  tree->accept(recorder);
+  EXPECT_EQ(recorder.seen, "Content Page Box Line Word Glyph Picture Field Fragment Image Node ");
+}
+
+// Overrides only the base slots, to see the forwarding of the defaults.
+class ForwardRecorder : public NodeVisitor {
+public:
+  using NodeVisitor::visit;
+  std::string seen;
+  void visit(Fragment& n) override {
+    seen += "F ";
+    NodeVisitor::visit(n);
+  }
+  void visit(Node& n) override {
+    seen += "N ";
+    NodeVisitor::visit(n);
+  }
+};
+
+TEST(NodeVisitorTest, FragmentKindsForwardToFragmentAndTheRestToNode) {
+  auto tree = parseDump("Page{Word,Glyph,Line,Box,Field,Picture,Image,Content:x,Node,Fragment}");
+  ForwardRecorder recorder;
+  tree->accept(recorder);
+  EXPECT_EQ(recorder.seen, "N F N F N F N F N F N F N N N N F N ");
+}
+
+TEST(LayoutTest, KeepsVersionsInOrderWithDuplicates) {
+  Layout layout;
+  layout.addVersion(u"engine", u"5.3");
+  layout.addVersion(u"engine", u"5.3");
+  layout.addVersion(u"\u00e4", u"1");
+  ASSERT_EQ(layout.versions().size(), 3u);
+  EXPECT_EQ(layout.versions()[2].first, "\xC3\xA4");
+  Layout::Versions other{{"x", "1"}};
+  layout.setVersions(other);
+  EXPECT_TRUE(other.empty());
+  ASSERT_EQ(layout.versions().size(), 1u);
+  EXPECT_EQ(layout.versions()[0].first, "x");
+  EXPECT_THROW(layout.addVersion(std::u16string(1, u'\xD800'), u"1"), std::invalid_argument);
+}
+
+}  // namespace
+}  // namespace qent::test
