@@ -1,0 +1,209 @@
+// HocrPropertiesTest.cpp - the hOCR title/style grammar: property maps, the stream-style
+// bbox numbers and the "\s+" split (both checked against the standard facilities they
+// replace), colours and version lists.
+#include "hocr/HocrProperties.h"
+
+#include <gtest/gtest.h>
+
+#include <locale>
+#include <map>
+#include <random>
+#include <regex>
+#include <sstream>
+#include <stdexcept>
+
+namespace {
+
+using namespace qent::text::hocr;
+using Map = std::map<std::string, std::string>;
+
+Map entriesOf(const PropertyMap& map) {
+  Map out;
+  for (const auto& e : map.entries()) out.emplace(std::string(e.key), std::string(e.value));
+  return out;
+}
+
+struct MapCase {
+  const char* label;
+  const char* title;  // nullptr: no title attribute
+  const char* style;  // nullptr: no style attribute
+  Map want;
+};
+void PrintTo(const MapCase& k, std::ostream* out) { *out << k.label; }
+
+class PropertyMapTest : public ::testing::TestWithParam<MapCase> {};
+TEST_P(PropertyMapTest, SplitsTitleAndStyle) {
+  PropertyMap map;
+  if (GetParam().title) map.addTitle(GetParam().title);
+  if (GetParam().style) map.addStyle(GetParam().style);
+  EXPECT_EQ(entriesOf(map), GetParam().want);
+}
+INSTANTIATE_TEST_SUITE_P(
+    Cases, PropertyMapTest,
+    ::testing::Values(
+        MapCase{"Tesseract", "bbox 0 0 100 50; x_wconf 93", nullptr,
+                {{"bbox", "0 0 100 50"}, {"x_wconf", "93"}}},
+        MapCase{"NoBlankAfterSemicolon", "image \"1.jpg\";bbox 1 2 3 4", nullptr,
+                {{"image", "\"1.jpg\""}, {"bbox", "1 2 3 4"}}},
+        MapCase{"ValueTrimmedInside", "  x_foo   1 2  ", nullptr, {{"x_foo", "1 2"}}},
+        MapCase{"KeyWithoutValue", "hardbreak", nullptr, {{"hardbreak", ""}}},
+        MapCase{"LastRepeatWins", "x_wconf 1; x_wconf 2; x_wconf 3", nullptr,
+                {{"x_wconf", "3"}}},
+        MapCase{"EmptyPiecesKept", "bbox 1 2 3 4;", nullptr, {{"bbox", "1 2 3 4"}, {"", ""}}},
+        MapCase{"EmptyTitle", "", nullptr, {{"", ""}}},
+        MapCase{"StyleColonDelimiter", nullptr, "font-weight: bold; font-size:12pt",
+                {{"font-weight", "bold"}, {"font-size", "12pt"}}},
+        MapCase{"StyleKeyTrimmed", nullptr, "color : rgb(1, 2, 3)",
+                {{"color", "rgb(1, 2, 3)"}}},
+        MapCase{"StyleValueKeepsColons", nullptr, "font-family: a:b", {{"font-family", "a:b"}}},
+        MapCase{"TitleBeatsStyle", "font-weight normal", "font-weight: bold; font-style: italic",
+                {{"font-weight", "normal"}, {"font-style", "italic"}}},
+        MapCase{"StyleRepeatLastWins", nullptr, "color: red; color: blue", {{"color", "blue"}}},
+        MapCase{"BlankIsTheOnlyTitleDelimiter", "bbox\t1 2", nullptr, {{"bbox\t1", "2"}}}));
+
+TEST(PropertyMapTest, TakeHandsAValueOutOnce) {
+  PropertyMap map;
+  map.addTitle("bbox 1 2 3 4; x_wconf 93; hardbreak");
+  EXPECT_TRUE(map.contains("bbox"));
+  EXPECT_EQ(map.take("bbox"), "1 2 3 4");
+  EXPECT_FALSE(map.contains("bbox"));
+  EXPECT_EQ(map.take("bbox"), "");
+  EXPECT_EQ(map.take("missing"), "");
+  EXPECT_EQ(map.take("hardbreak"), "");
+  // Taking does not hide the entry from the attribute copy.
+  EXPECT_EQ(entriesOf(map).at("bbox"), "1 2 3 4");
+}
+
+TEST(PropertyMapTest, ManyDistinctKeysStayFast) {
+  // A hostile title with 200,000 pieces must not take quadratic time.
+  std::string title;
+  for (int i = 0; i < 200000; ++i) title += "k" + std::to_string(i) + " v;";
+  PropertyMap map;
+  map.addTitle(title);
+  EXPECT_EQ(map.entries().size(), 200001u);
+  EXPECT_EQ(map.take("k199999"), "v");
+}
+
+// --- stream-style integers, against std::istringstream itself --------------------------
+
+std::array<std::int32_t, 4> streamReference(const std::string& text) {
+  std::istringstream in(text);
+  in.imbue(std::locale::classic());
+  std::array<int, 4> v{0, 0, 0, 0};
+  in >> v[0] >> v[1] >> v[2] >> v[3];
+  return {v[0], v[1], v[2], v[3]};
+}
+
+TEST(ReadFourIntegersTest, AgreesWithStreamExtractionOnTables) {
+  for (const char* text :
+       {"10 20 30 40", "10.5 20 30 40", "1 2 3", "abc 1 2 3", "0x10 2 3 4", "+5 -6 7 8",
+        "99999999999 1 2 3", "-99999999999 1 2 3", "3000000000 1 2 3", "- 5 1 2 3",
+        "12abc 1 2 3", "1\t2\n3 4", "", "1 2 3 4 5", "-2147483648 2147483647 0 0",
+        "2147483648 1 1 1", "-2147483649 1 1 1", "99999999999999999999999999 1", "007 -0 +0 8",
+        "1e3 4 5 6", "  \v\f 3 4 5 6"}) {
+    EXPECT_EQ(readFourIntegers(text), streamReference(text)) << '"' << text << '"';
+  }
+}
+
+TEST(ReadFourIntegersTest, AgreesWithStreamExtractionOnRandomText) {
+  std::mt19937 random(20240517);
+  const std::string alphabet = "0123456789 -+.x\t9";
+  for (int round = 0; round < 20000; ++round) {
+    std::string text;
+    const int length = static_cast<int>(random() % 40);
+    for (int i = 0; i < length; ++i) text.push_back(alphabet[random() % alphabet.size()]);
+    ASSERT_EQ(readFourIntegers(text), streamReference(text)) << '"' << text << '"';
+  }
+}
+
+// --- "\s+" split, against std::regex -----------------------------------------------------
+
+std::vector<std::string> regexSplit(const std::string& text) {
+  static const std::regex separator("\\s+");
+  std::vector<std::string> out;
+  for (std::sregex_token_iterator it(text.begin(), text.end(), separator, -1), end; it != end;
+       ++it) {
+    out.push_back(it->str());
+  }
+  return out;
+}
+
+TEST(SplitAtSpaceTest, AgreesWithRegularExpressionSplit) {
+  std::mt19937 random(7);
+  const std::string alphabet = "ab1 \t\n";
+  std::vector<std::string> texts = {"", " ", "a", " a b", "a b ", "a  b", "0.01 -3"};
+  for (int round = 0; round < 5000; ++round) {
+    std::string text;
+    const int length = static_cast<int>(random() % 12);
+    for (int i = 0; i < length; ++i) text.push_back(alphabet[random() % alphabet.size()]);
+    texts.push_back(text);
+  }
+  for (const std::string& text : texts) {
+    std::vector<std::string> got;
+    for (const std::string_view piece : splitAtSpace(text)) got.emplace_back(piece);
+    ASSERT_EQ(got, regexSplit(text)) << '"' << text << '"';
+  }
+}
+
+// --- colours -----------------------------------------------------------------------------
+
+struct ColorCase {
+  const char* text;
+  std::optional<std::array<std::uint8_t, 3>> want;
+};
+class ParseColorTest : public ::testing::TestWithParam<ColorCase> {};
+TEST_P(ParseColorTest, ReadsRgbForm) {
+  EXPECT_EQ(parseColor(GetParam().text), GetParam().want) << GetParam().text;
+}
+using Rgb = std::array<std::uint8_t, 3>;
+INSTANTIATE_TEST_SUITE_P(
+    Cases, ParseColorTest,
+    ::testing::Values(ColorCase{"rgb(255, 0, 10)", Rgb{255, 0, 10}},
+                      ColorCase{"RGB( 1 ,2, 3 )", Rgb{1, 2, 3}},
+                      ColorCase{" r g b ( 4,5,6)", Rgb{4, 5, 6}},
+                      ColorCase{"rgb(300,-1,256)", Rgb{44, 255, 0}},
+                      ColorCase{"rgb(1,2,3)trailing", Rgb{1, 2, 3}},
+                      ColorCase{"rgb(1.9,2,3)", Rgb{1, 2, 3}},
+                      ColorCase{"rgb(\t7\t,8,9)", Rgb{7, 8, 9}},
+                      ColorCase{"#ff0000", std::nullopt}, ColorCase{"red", std::nullopt},
+                      ColorCase{"rgba(1,2,3,4)", std::nullopt},
+                      ColorCase{"rgb(1,2)", std::nullopt}, ColorCase{"rgb(1,2,3,4)", std::nullopt},
+                      ColorCase{"rgb(1,2,3", std::nullopt}, ColorCase{"rgb()", std::nullopt},
+                      ColorCase{"", std::nullopt}));
+
+TEST(ParseColorTest, BadComponentGivesTheConversionError) {
+  for (const char* text : {"rgb(a,b,c)", "rgb(1,2,)"}) {
+    try {
+      parseColor(text);
+      FAIL() << text;
+    } catch (const std::invalid_argument& e) {
+      EXPECT_STREQ(e.what(), "invalid stoi argument");
+    }
+  }
+  EXPECT_THROW(parseColor("rgb(1,2,99999999999)"), std::out_of_range);
+}
+
+// --- versions and font names ---------------------------------------------------------------
+
+using Versions = std::vector<std::pair<std::string, std::string>>;
+TEST(ParseVersionsTest, SplitsNameAndVersion) {
+  EXPECT_EQ(parseVersions("engine:4.1;other"),
+            (Versions{{"engine", "4.1"}, {"other", "other"}}));
+  EXPECT_EQ(parseVersions(" tesseract 5.5.1 "),
+            (Versions{{"tesseract 5.5.1", "tesseract 5.5.1"}}));
+  EXPECT_EQ(parseVersions("a:b:c; ;x:"), (Versions{{"a", "b:c"}, {"", ""}, {"x", ""}}));
+  EXPECT_EQ(parseVersions(""), (Versions{{"", ""}}));
+}
+
+TEST(FontNamesTest, CodesAndNamesAreInverse) {
+  for (std::uint32_t code = 0; code < 5; ++code) {
+    const std::string_view style = fontStyleName(code);
+    const std::string_view weight = fontWeightName(code);
+    EXPECT_EQ(fontStyleCode(style), style.empty() ? 0u : code);
+    EXPECT_EQ(fontWeightCode(weight), weight.empty() ? 0u : code);
+  }
+  EXPECT_EQ(fontStyleCode("Italic"), 0u);  // exact, case-sensitive
+  EXPECT_EQ(fontWeightCode("bolder"), 0u);
+}
+
+}  // namespace
