@@ -1,0 +1,327 @@
+// PugiHocrReader.cpp - builds a layout tree from an hOCR document with the pugixml DOM.
+#include "hocr/PugiHocrReader.h"
+
+#include "base/NumberConversion.h"
+#include "base/QentException.h"
+#include "base/TraceLog.h"
+#include "base/Unicode.h"
+#include "hocr/HocrFormat.h"
+#include "layout/Layout.h"
+#include "layout/LayoutLimits.h"
+#include "layout/Nodes.h"
+
+#include <pugixml.hpp>
+
+#include <stdexcept>
+
+namespace qent::text::hocr {
+
+namespace {
+
+using layout::Node;
+
+[[noreturn]] void fail(const std::string& message) {
+  throw base::QentException(base::kErrorHocr, message);
+}
+
+// pugixml places an element at its name; report the offset of its "<".
+std::string where(const pugi::xml_node& element) {
+  const std::ptrdiff_t offset = element.offset_debug();
+  return "element <" + std::string(element.name()) + "> at offset " +
+         std::to_string(offset > 0 ? offset - 1 : offset);
+}
+
+// The only conversion that can fail on text pugixml accepted; a hostile file with broken
+// UTF-8 gets a message that says where instead of the converter's bare offset.
+std::u16string wide(std::string_view text, const pugi::xml_node& element) {
+  try {
+    return base::utf8ToUtf16(text);
+  } catch (const std::invalid_argument& e) {
+    fail("hOCR: " + where(element) + " holds invalid UTF-8 (" + e.what() + ")");
+  }
+}
+
+void copyProperties(Node& node, const PropertyMap& properties, const pugi::xml_node& element) {
+  auto& attributes = node.attributes();
+  for (const PropertyMap::Entry& entry : properties.entries()) {
+    attributes.insert_or_assign(wide(entry.key, element), wide(entry.value, element));
+  }
+}
+
+}  // namespace
+
+PugiHocrReader::PugiHocrReader() = default;
+PugiHocrReader::~PugiHocrReader() = default;
+
+PropertyMap& PugiHocrReader::propertiesAt(std::size_t depth) {
+  while (propertyMaps_.size() <= depth) propertyMaps_.push_back(std::make_unique<PropertyMap>());
+  PropertyMap& map = *propertyMaps_[depth];
+  map.clear();
+  return map;
+}
+
+std::unique_ptr<layout::Layout> PugiHocrReader::read(std::string_view utf8) {
+  pageCounter_ = 0;
+  images_.clear();
+
+  if (utf8.empty() || utf8.find("<html") == std::string_view::npos) fail("No HOCR file found");
+
+  // Default options: entities and character references are expanded, and text that is only
+  // white space (the indentation between elements) is not kept as a node, so an element's
+  // "direct text" is its first real text.
+  pugi::xml_document document;
+  const pugi::xml_parse_result parsed =
+      document.load_buffer(utf8.data(), utf8.size(), pugi::parse_default, pugi::encoding_utf8);
+  if (!parsed) {
+    base::TraceLog::writeFormatted(base::kTraceError, "hOCR: %s at offset %lld",
+                                   parsed.description(),
+                                   static_cast<long long>(parsed.offset));
+    fail("HOCR parsing error");
+  }
+
+  const pugi::xml_node html = document.child("html");
+  const pugi::xml_node head = html.child("head");
+  const pugi::xml_node system = head.find_child_by_attribute("meta", "name", "ocr-system");
+  const std::string_view systemContent = system.attribute("content").value();
+  wide(systemContent, system);  // refuses invalid UTF-8 like every other text
+  layout::Layout::Versions versions = parseVersions(systemContent);
+  const pugi::xml_node modules = head.find_child_by_attribute("meta", "name", "ocr-modules");
+  const std::u16string additional = wide(modules.attribute("content").value(), modules);
+
+  std::unique_ptr<Node> body = readNode(html.child("body"), 1);
+  std::unique_ptr<Node> root;
+  if (body->childCount() == 1) {
+    root = std::move(body->takeChildren().front());
+  } else {
+    root = std::move(body);
+  }
+
+  auto result = std::make_unique<layout::Layout>(std::move(root));
+  result->setVersions(versions);
+  result->setFormat(kHocrFormatCode);
+  if (!additional.empty()) result->root()->setAttribute(u"additional_versions", additional);
+  return result;
+}
+
+std::unique_ptr<Node> PugiHocrReader::readNode(const Element& element, std::size_t depth) {
+  if (depth > layout::kMaxLayoutDepth) {
+    fail("hOCR: " + where(element) + " is nested deeper than " +
+         std::to_string(layout::kMaxLayoutDepth) + " levels");
+  }
+  PropertyMap& properties = propertiesAt(depth);
+  if (const pugi::xml_attribute title = element.attribute("title")) {
+    properties.addTitle(title.value());
+  }
+  if (const pugi::xml_attribute style = element.attribute("style")) {
+    properties.addStyle(style.value());
+  }
+
+  const std::string_view name = element.name();
+  if (hasHocrPrefix(name)) fail("Unsupported node name for HOCRReader: " + std::string(name));
+
+  const pugi::xml_attribute classAttribute = element.attribute("class");
+  const std::string_view key = classAttribute ? classAttribute.value() : name;
+  if (key == "ocr_page") return readPage(element, properties, depth);
+  if (key == "ocr_line") return readLine(element, properties, depth);
+  if (key == "ocrx_word") return readWord(element, properties, depth);
+
+  if (hasHocrPrefix(key)) {
+    const std::string_view wanted = key == "ocr_par" ? "p" : "div";
+    if (name != wanted) {
+      fail("Unsupported node name with class " + std::string(key) +
+           " for HOCRReader: " + std::string(name));
+    }
+  }
+  if (properties.contains("bbox")) return readBox(element, properties, key, depth);
+  return readContainer(element, properties, key, depth);
+}
+
+std::unique_ptr<Node> PugiHocrReader::readContainer(const Element& element,
+                                                    PropertyMap& properties,
+                                                    std::string_view key, std::size_t depth) {
+  auto content = std::make_unique<layout::Content>();
+  content->setTypeName(wide(key, element));
+  const std::string_view id = element.attribute("id").value();
+  if (!id.empty()) content->setId(wide(id, element));
+  readChildrenAndAttributes(*content, element, properties, depth);
+  return content;
+}
+
+std::unique_ptr<Node> PugiHocrReader::readBox(const Element& element, PropertyMap& properties,
+                                              std::string_view key, std::size_t depth) {
+  auto box = std::make_unique<layout::Box>();
+  box->setTypeName(wide(key, element));
+  // The id doubles as the text of a box that has none of its own: step 3 of the fragment
+  // properties replaces it only with non-empty direct text.
+  const std::string_view id = element.attribute("id").value();
+  if (!id.empty()) box->setText(wide(id, element));
+  readFragmentProperties(*box, element, properties, depth);
+  return box;
+}
+
+std::unique_ptr<Node> PugiHocrReader::readPage(const Element& element, PropertyMap& properties,
+                                               std::size_t depth) {
+  auto page = std::make_unique<layout::Page>();
+  readChildrenAndAttributes(*page, element, properties, depth);
+
+  if (const std::string_view bbox = properties.take("bbox"); !bbox.empty()) {
+    // Page corners are taken as they stand: the size is the difference, the origin is not
+    // kept, and a reversed bbox wraps around in the unsigned size.
+    const auto corners = readFourIntegers(bbox);
+    page->setWidth(static_cast<std::uint32_t>(corners[2]) - static_cast<std::uint32_t>(corners[0]));
+    page->setHeight(static_cast<std::uint32_t>(corners[3]) -
+                    static_cast<std::uint32_t>(corners[1]));
+  }
+  page->setLanguage(element.attribute("lang").value());
+  page->setIndexInLayout(static_cast<std::uint32_t>(pageCounter_++));
+  if (const std::string_view number = properties.take("ppageno"); !number.empty()) {
+    page->setAuxiliaryNumber(base::parseUnsigned(number));
+  }
+  if (const std::string_view angle = properties.take("textangle"); !angle.empty()) {
+    page->setTextangle(base::parseDouble(angle));
+  }
+  if (const std::string_view image = properties.take("image"); !image.empty()) {
+    std::u16string reference = wide(image, element);
+    if (images_.find(reference) == images_.end()) {
+      // One Image per distinct reference, owned by the first page that names it; later pages
+      // with the same reference share it through their "image" attribute.
+      auto node = std::make_unique<layout::Image>();
+      node->setId(u"image_" + page->id());
+      node->setImage(reference);
+      images_.emplace(std::move(reference), &page->appendChild(std::move(node)));
+    }
+  }
+  return page;
+}
+
+std::unique_ptr<Node> PugiHocrReader::readLine(const Element& element, PropertyMap& properties,
+                                               std::size_t depth) {
+  auto line = std::make_unique<layout::Line>();
+  readFragmentProperties(*line, element, properties, depth);
+  if (const std::string_view v = properties.take("x_ascenders"); !v.empty()) {
+    line->setMaxAscenders(base::parseDouble(v));
+  }
+  if (const std::string_view v = properties.take("x_descenders"); !v.empty()) {
+    line->setMaxDescenders(base::parseDouble(v));
+  }
+  if (const std::string_view v = properties.take("x_size"); !v.empty()) {
+    line->setMaxGlyphHeight(base::parseDouble(v));
+  }
+  if (const std::string_view v = properties.take("x_lconf"); !v.empty()) {
+    line->setConfidence(base::parseDouble(v));
+  }
+  return line;
+}
+
+std::unique_ptr<Node> PugiHocrReader::readWord(const Element& element, PropertyMap& properties,
+                                               std::size_t depth) {
+  auto word = std::make_unique<layout::Word>();
+  readFragmentProperties(*word, element, properties, depth);
+  if (const std::string_view v = properties.take("x_checked"); !v.empty()) {
+    word->setXChecked(base::parseUnsigned(v));
+  }
+  if (const std::string_view v = properties.take("x_rejected"); !v.empty()) {
+    word->setXRejected(base::parseUnsigned(v));
+  }
+  if (const std::string_view v = properties.take("x_wconf"); !v.empty()) {
+    word->setConfidence(base::parseDouble(v));
+  }
+  if (const std::string_view v = properties.take("x_sensibility"); !v.empty()) {
+    word->setXSensibility(base::parseDouble(v));
+  }
+  if (const std::string_view v = properties.take("x_entity"); !v.empty()) {
+    wide(v, element);
+    word->setXEntity(std::string(v));
+  }
+  return word;
+}
+
+void PugiHocrReader::readFragmentProperties(layout::Fragment& fragment, const Element& element,
+                                            PropertyMap& properties, std::size_t depth) {
+  readChildrenAndAttributes(fragment, element, properties, depth);
+
+  if (const std::string_view bbox = properties.take("bbox"); !bbox.empty()) {
+    // Engines write corners in either order; normalise instead of rejecting. Only a size
+    // beyond 32 bits comes out negative, and Rect refuses that.
+    const auto c = readFourIntegers(bbox);
+    const std::int64_t left = std::min(c[0], c[2]);
+    const std::int64_t top = std::min(c[1], c[3]);
+    const auto width = static_cast<std::uint32_t>(std::max<std::int64_t>(c[0], c[2]) - left);
+    const auto height = static_cast<std::uint32_t>(std::max<std::int64_t>(c[1], c[3]) - top);
+    fragment.setRect(layout::Rect::fromInput(static_cast<std::int32_t>(left),
+                                             static_cast<std::int32_t>(top),
+                                             static_cast<std::int32_t>(width),
+                                             static_cast<std::int32_t>(height)));
+  }
+  const std::string_view text = trimHocrSpace(element.child_value());
+  if (!text.empty()) fragment.setText(wide(text, element));
+  if (const std::string_view v = properties.take("textangle"); !v.empty()) {
+    fragment.setTextangle(base::parseDouble(v));
+  }
+  if (const std::string_view v = properties.take("baseline"); !v.empty()) {
+    std::vector<double> coefficients;
+    for (const std::string_view piece : splitAtSpace(v)) {
+      coefficients.push_back(base::parseDouble(piece));
+    }
+    fragment.setBaseline(std::move(coefficients));
+  }
+  if (const std::string_view v = properties.take("poly"); !v.empty()) {
+    const std::vector<std::string_view> pieces = splitAtSpace(trimHocrSpace(v));
+    if (pieces.size() % 2 != 0) {
+      fail("hOCR: " + where(element) + " has a poly with an odd number of values (" +
+           std::to_string(pieces.size()) + ")");
+    }
+    std::vector<layout::Point> points;
+    points.reserve(pieces.size() / 2);
+    for (std::size_t i = 0; i < pieces.size(); i += 2) {
+      const std::int32_t x = base::parseInt(pieces[i]);
+      points.push_back({x, base::parseInt(pieces[i + 1])});
+    }
+    fragment.setPolygon(std::move(points));
+  }
+  if (const std::string_view v = properties.take("font-family"); !v.empty()) {
+    fragment.setFontFamily(wide(v, element));
+  }
+  if (const std::string_view v = properties.take("font-style"); !v.empty()) {
+    fragment.setFontStyle(fontStyleCode(v));
+  }
+  if (const std::string_view v = properties.take("font-weight"); !v.empty()) {
+    fragment.setFontWeight(fontWeightCode(v));
+  }
+  if (const std::string_view v = properties.take("font-size"); !v.empty()) {
+    fragment.setFontSize(base::parseDouble(v));
+  }
+  if (const std::string_view v = properties.take("color"); !v.empty()) {
+    if (const auto rgb = parseColor(v)) fragment.setColor({(*rgb)[0], (*rgb)[1], (*rgb)[2]});
+  }
+  if (const std::string_view v = properties.take("background-color"); !v.empty()) {
+    if (const auto rgb = parseColor(v)) {
+      fragment.setBackgroundColor({(*rgb)[0], (*rgb)[1], (*rgb)[2]});
+    }
+  }
+}
+
+void PugiHocrReader::readChildrenAndAttributes(Node& node, const Element& element,
+                                               const PropertyMap& properties,
+                                               std::size_t depth) {
+  for (pugi::xml_attribute attribute = element.first_attribute(); attribute;
+       attribute = attribute.next_attribute()) {
+    const std::string_view name = attribute.name();
+    const std::string_view value = attribute.value();
+    if (name == "id") {
+      node.setId(wide(value, element));
+    } else if (name == "title") {
+      copyProperties(node, properties, element);
+    } else if (name == "class" && hasHocrPrefix(value)) {
+      // consumed by the dispatch
+    } else {
+      node.setAttribute(wide(name, element), wide(value, element));
+    }
+  }
+  for (pugi::xml_node child = element.first_child(); child; child = child.next_sibling()) {
+    if (child.type() != pugi::node_element) continue;
+    node.appendChild(readNode(child, depth + 1));
+  }
+}
+
+}  // namespace qent::text::hocr
