@@ -1,0 +1,199 @@
+// Comparator.cpp - page pairing, candidate matching, pair reduction, unpaired nodes and
+// aggregation of the comparison.
+#include "layout/comparison/Comparator.h"
+
+#include "base/NumberConversion.h"
+#include "base/QentException.h"
+#include "base/TraceLog.h"
+#include "base/Unicode.h"
+#include "layout/Fragment.h"
+#include "layout/IteratorTemplate.h"
+#include "layout/Layout.h"
+#include "layout/NodeText.h"
+#include "layout/Page.h"
+#include "layout/comparison/Alignment.h"
+#include "layout/comparison/CompareIterator.h"
+#include "layout/comparison/PairReduction.h"
+
+#include <charconv>
+
+namespace qent::text::layout::comparison {
+
+namespace {
+
+std::vector<Node*> pagesOf(Node* root) {
+  std::vector<Node*> pages;
+  if (root == nullptr) return pages;
+  for (IteratorTemplate<Page> it(root); !it.atEnd(); ++it) pages.push_back(&*it);
+  return pages;
+}
+
+std::u16string decimal(std::uint64_t value) {
+  char digits[24];
+  const auto end = std::to_chars(digits, digits + sizeof digits, value).ptr;
+  return std::u16string(digits, end);
+}
+
+std::u16string ascii(const std::string& text) { return std::u16string(text.begin(), text.end()); }
+
+}  // namespace
+
+Comparator::Comparator(Layout& left, Layout& right, CompareLevel level, bool characterwise,
+                       bool countLengthDifference, Alignment alignment)
+    : left_(left),
+      right_(right),
+      level_(level),
+      characterwise_(characterwise),
+      countLengthDifference_(countLengthDifference),
+      alignment_(alignment) {}
+
+Comparator::~Comparator() = default;
+
+const NodeStatistics* Comparator::statistics(const Node* node) const {
+  const auto found = statistics_.find(node);
+  return found == statistics_.end() ? nullptr : &found->second;
+}
+
+NodeStatistics& Comparator::record(Node& node) {
+  NodeStatistics& stats = statistics_[&node];
+  stats.self = &node;
+  return stats;
+}
+
+void Comparator::compare() {
+  if (base::TraceLog::isOn()) {
+    base::TraceLog::write("Start layout comparison...", base::kTraceInfo);
+  }
+  const std::vector<Node*> leftPages = pagesOf(left_.root());
+  const std::vector<Node*> rightPages = pagesOf(right_.root());
+  const std::size_t count = std::max(leftPages.size(), rightPages.size());
+  for (std::size_t i = 0; i < count; ++i) {
+    Node* leftPage = i < leftPages.size() ? leftPages[i] : &placeholder_;
+    Node* rightPage = i < rightPages.size() ? rightPages[i] : &placeholder_;
+    pagePairs_.emplace_back(leftPage, rightPage);
+    comparePagePair(*leftPage, *rightPage);
+  }
+
+  aggregate(left_.root());
+  aggregate(right_.root());
+  if (left_.root() != nullptr && right_.root() != nullptr) {
+    setPairF1(record(*left_.root()), record(*right_.root()));
+  }
+  for (const auto& [leftPage, rightPage] : pagePairs_) {
+    setPairF1(record(*leftPage), record(*rightPage));
+  }
+  if (base::TraceLog::isOn()) {
+    base::TraceLog::write("Layout comparison is finished", base::kTraceInfo);
+  }
+}
+
+PageNodes Comparator::collect(Node& page) const {
+  PageNodes out;
+  for (CompareIterator it(&page, level_); !it.atEnd(); ++it) {
+    out.nodes.push_back(&*it);
+    out.texts.push_back(nodeText(*it));
+  }
+  return out;
+}
+
+CandidateLists Comparator::match(Node& leftPage, Node& rightPage, const PageNodes& left,
+                                 const PageNodes& right) {
+  const AlignmentTransform transform = alignPages(alignment_, leftPage, rightPage);
+  std::vector<MatchRect> leftRects;
+  leftRects.reserve(left.nodes.size());
+  for (Node* node : left.nodes) {
+    // Nodes of a compared level are fragments (glyphs, words, lines).
+    const Rect& rect = static_cast<const Fragment*>(node)->rect();
+    if (rect.width <= 0 || rect.height <= 0) {
+      throw base::QentException(base::kErrorOption, "Width or Height of Rectangle must be > 0");
+    }
+    leftRects.push_back(transform.map(rect));
+  }
+  std::vector<MatchRect> rightRects;
+  rightRects.reserve(right.nodes.size());
+  for (Node* node : right.nodes) {
+    const Rect& rect = static_cast<const Fragment*>(node)->rect();
+    rightRects.push_back({rect.left, rect.top, rect.right(), rect.bottom()});
+  }
+  return findCandidates(leftRects, rightRects);
+}
+
+void Comparator::comparePagePair(Node& leftPage, Node& rightPage) {
+  const PageNodes left = collect(leftPage);
+  const PageNodes right = collect(rightPage);
+  CandidateLists lists = match(leftPage, rightPage, left, right);
+  for (const auto& [l, r] : reduceToPairs(lists, left.texts, right.texts)) {
+    Node* leftNode = left.nodes[l];
+    Node* rightNode = right.nodes[r];
+    record(*leftNode).partner = rightNode;
+    record(*rightNode).partner = leftNode;
+    compareNodes({leftNode, left.texts[l]}, {rightNode, right.texts[r]});
+  }
+  countUnpaired(left);
+  countUnpaired(right);
+}
+
+void Comparator::countUnpaired(const PageNodes& page) {
+  for (std::size_t i = 0; i < page.nodes.size(); ++i) {
+    NodeStatistics& stats = record(*page.nodes[i]);
+    if (stats.partner != nullptr) continue;
+    stats.count = characterwise_ ? page.texts[i].size() : 1;
+    stats.errors = stats.count;
+    stats.lengthDifference = stats.count;
+    stats.updateRates();
+  }
+}
+
+void Comparator::aggregate(Node* root) {
+  if (root == nullptr || statistics_.contains(root)) return;
+  // Post-order without recursion: a node is summed once all its children are.
+  struct Frame {
+    Node* node;
+    std::size_t next;
+  };
+  std::vector<Frame> stack{{root, 0}};
+  while (!stack.empty()) {
+    Frame& frame = stack.back();
+    if (frame.next < frame.node->childCount()) {
+      Node& child = frame.node->child(frame.next++);
+      // A node that has a record was compared: it is a leaf of the aggregation.
+      if (!statistics_.contains(&child)) stack.push_back({&child, 0});
+      continue;
+    }
+    Node& node = *frame.node;
+    stack.pop_back();
+    NodeStatistics sum;
+    for (const auto& child : node.children()) {
+      const NodeStatistics& part = statistics_.at(child.get());
+      sum.count += part.count;
+      sum.errors += part.errors;
+      sum.lengthDifference += part.lengthDifference;
+    }
+    NodeStatistics& stats = record(node);
+    stats.count = sum.count;
+    stats.errors = sum.errors;
+    stats.lengthDifference = sum.lengthDifference;
+    stats.updateRates();
+  }
+}
+
+void Comparator::writeAttributes(Node& node, bool withF1) const {
+  static const NodeStatistics kNone;
+  const NodeStatistics* found = statistics(&node);
+  const NodeStatistics& stats = found != nullptr ? *found : kNone;
+  node.setAttribute(u"comp_count", decimal(stats.count));
+  node.setAttribute(u"comp_errors", decimal(stats.errors));
+  node.setAttribute(u"comp_extId", stats.partner != nullptr ? stats.partner->id() : u"none");
+  if (withF1) node.setAttribute(u"comp_f1Measure", ascii(base::formatFixed6(stats.f1Measure)));
+}
+
+void Comparator::createStatistics() {
+  for (Layout* layout : {&left_, &right_}) {
+    Node* root = layout->root();
+    if (root == nullptr) continue;
+    writeAttributes(*root, false);
+    for (CompareIterator it(root, level_); !it.atEnd(); ++it) writeAttributes(*it, true);
+  }
+}
+
+}  // namespace qent::text::layout::comparison

@@ -1,0 +1,102 @@
+// Comparator.h - measures how well a recognised layout (left) agrees with a reference (right).
+//
+// Pages are paired by position (a page that one side lacks is paired with an empty stand-in
+// node); on every page pair the nodes of the compared level are paired one-to-one by the
+// overlap of their rectangles, each pair is compared by the derived class, unpaired nodes
+// count wholly as wrong, and pages and roots receive the sums of their children. The
+// comparator borrows both layouts (they must outlive it) and owns one NodeStatistics record
+// per compared or aggregated node; nothing is written into the layouts before
+// createStatistics().
+#pragma once
+
+#include "layout/Node.h"
+#include "layout/comparison/CandidateMatching.h"
+#include "layout/comparison/CompareEnums.h"
+#include "layout/comparison/NodeStatistics.h"
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace qent::text::layout {
+class Layout;
+}
+
+namespace qent::text::layout::comparison {
+
+// The nodes of the compared level on one page, in document order, with their texts.
+struct PageNodes {
+  std::vector<Node*> nodes;
+  std::vector<std::u16string> texts;
+};
+
+class Comparator {
+public:
+  // One side of a compared pair: the node and the text the comparison sees for it (the
+  // texts of all fragments of its subtree, itself included, then those of its contents).
+  struct Item {
+    Node* node;
+    std::u16string_view text;
+  };
+  using PagePair = std::pair<Node*, Node*>;
+
+  Comparator(Layout& left, Layout& right, CompareLevel level, bool characterwise,
+             bool countLengthDifference, Alignment alignment);
+  Comparator(const Comparator&) = delete;
+  Comparator& operator=(const Comparator&) = delete;
+  virtual ~Comparator();
+
+  // Runs the whole comparison. Throws QentException (code 20020) with "Width or Height of
+  // Rectangle must be > 0" for a compared left node without area, and "internal error has
+  // occured during text comparison" when pairing goes wrong; the records gathered until
+  // then stay in the comparator.
+  virtual void compare();
+  // Writes "comp_count", "comp_errors", "comp_extId" and (except on the roots)
+  // "comp_f1Measure" onto both roots and every node of the level in both layouts.
+  virtual void createStatistics();
+  // The candidate lists of one page pair: the left nodes' rectangles are first mapped onto
+  // the right page by the alignment.
+  virtual CandidateLists match(Node& leftPage, Node& rightPage, const PageNodes& left,
+                               const PageNodes& right);
+  // Compares one pair and fills both records, rates and f1 included.
+  virtual void compareNodes(const Item& left, const Item& right) = 0;
+
+  Layout& leftLayout() const { return left_; }
+  Layout& rightLayout() const { return right_; }
+  CompareLevel level() const { return level_; }
+  bool characterwise() const { return characterwise_; }
+  bool countLengthDifference() const { return countLengthDifference_; }
+  Alignment alignment() const { return alignment_; }
+  // In page order; a missing page is the placeholder.
+  const std::vector<PagePair>& pagePairs() const { return pagePairs_; }
+  const Node& placeholder() const { return placeholder_; }
+  bool isPlaceholder(const Node* node) const { return node == &placeholder_; }
+  // The record of a node, or null when the comparison gave it none.
+  const NodeStatistics* statistics(const Node* node) const;
+
+protected:
+  // The record of a node, created (all zero but `self`) on first access.
+  NodeStatistics& record(Node& node);
+
+private:
+  void comparePagePair(Node& leftPage, Node& rightPage);
+  PageNodes collect(Node& page) const;
+  void countUnpaired(const PageNodes& page);
+  void aggregate(Node* root);
+  void writeAttributes(Node& node, bool withF1) const;
+
+  Layout& left_;
+  Layout& right_;
+  std::vector<PagePair> pagePairs_;
+  std::unordered_map<const Node*, NodeStatistics> statistics_;
+  CompareLevel level_;
+  bool characterwise_;
+  bool countLengthDifference_;
+  Alignment alignment_;
+  Node placeholder_;
+};
+
+}  // namespace qent::text::layout::comparison

@@ -1,0 +1,20 @@
+// ComparisonResultWriter.h - the comparison result document (JSON) from the pair summaries.
+//
+//   {"root": {"children": [per page pair], "compare": "word", "diff": {...},
+//             "left": {...} | null, "right": {...} | null}}
+// Members appear in ascending key order; doubles print as the shortest text that reads back
+// to the same value.
+#pragma once
+
+#include "layout/comparison/CompareEnums.h"
+#include "layout/comparison/PairSummary.h"
+
+#include <string>
+#include <vector>
+
+namespace qent::text::layout::comparison {
+
+std::string writeComparisonResult(CompareLevel level, const PairSummary& root,
+                                  const std::vector<PairSummary>& pages);
+
+}  // namespace qent::text::layout::comparison

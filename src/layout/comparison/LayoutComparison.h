@@ -1,0 +1,38 @@
+// LayoutComparison.h - one comparison from options to result document: build the
+// comparator for the mode, compare, write the statistics into both layouts, summarise.
+#pragma once
+
+#include "layout/comparison/CompareEnums.h"
+
+#include <memory>
+#include <string>
+
+namespace qent::text::layout {
+class Layout;
+}
+
+namespace qent::text::layout::comparison {
+
+class Comparator;
+
+struct CompareOptions {
+  CompareLevel level = CompareLevel::Word;
+  CompareMode mode = CompareMode::Text;
+  // Compare texts character by character with the edit distance (else as whole strings).
+  bool characterwise = true;
+  // Count how much longer one side's text is as its own figure (partial segmentation
+  // errors); else the length difference repeats the errors.
+  bool countLengthDifference = true;
+  Alignment alignment = Alignment::Corner;
+};
+
+// The comparator for options.mode: TextComparator or EntityComparator. Mode None names
+// no comparison and is refused with QentException 20020.
+std::unique_ptr<Comparator> makeComparator(const CompareOptions& options, Layout& left,
+                                           Layout& right);
+
+// Compares left (the recognition) with right (the reference), leaves the "comp_*"
+// attributes on both layouts' compared nodes and roots, and returns the result document.
+std::string compareLayouts(const CompareOptions& options, Layout& left, Layout& right);
+
+}  // namespace qent::text::layout::comparison
