@@ -5,6 +5,7 @@
 #include "base/QentException.h"
 #include "base/TraceLog.h"
 #include "base/Unicode.h"
+#include "hocr/HocrFields.h"
 #include "hocr/HocrFormat.h"
 #include "layout/Layout.h"
 #include "layout/LayoutLimits.h"
@@ -167,10 +168,9 @@ std::unique_ptr<Node> PugiHocrReader::readPage(const Element& element, PropertyM
   if (const std::string_view bbox = properties.take("bbox"); !bbox.empty()) {
     // Page corners are taken as they stand: the size is the difference, the origin is not
     // kept, and a reversed bbox wraps around in the unsigned size.
-    const auto corners = readFourIntegers(bbox);
-    page->setWidth(static_cast<std::uint32_t>(corners[2]) - static_cast<std::uint32_t>(corners[0]));
-    page->setHeight(static_cast<std::uint32_t>(corners[3]) -
-                    static_cast<std::uint32_t>(corners[1]));
+    const auto [width, height] = readPageSize(bbox);
+    page->setWidth(width);
+    page->setHeight(height);
   }
   page->setLanguage(element.attribute("lang").value());
   page->setIndexInLayout(static_cast<std::uint32_t>(pageCounter_++));
@@ -241,17 +241,7 @@ void PugiHocrReader::readFragmentProperties(layout::Fragment& fragment, const El
   readChildrenAndAttributes(fragment, element, properties, depth);
 
   if (const std::string_view bbox = properties.take("bbox"); !bbox.empty()) {
-    // Engines write corners in either order; normalise instead of rejecting. Only a size
-    // beyond 32 bits comes out negative, and Rect refuses that.
-    const auto c = readFourIntegers(bbox);
-    const std::int64_t left = std::min(c[0], c[2]);
-    const std::int64_t top = std::min(c[1], c[3]);
-    const auto width = static_cast<std::uint32_t>(std::max<std::int64_t>(c[0], c[2]) - left);
-    const auto height = static_cast<std::uint32_t>(std::max<std::int64_t>(c[1], c[3]) - top);
-    fragment.setRect(layout::Rect::fromInput(static_cast<std::int32_t>(left),
-                                             static_cast<std::int32_t>(top),
-                                             static_cast<std::int32_t>(width),
-                                             static_cast<std::int32_t>(height)));
+    fragment.setRect(readFragmentBbox(bbox));
   }
   const std::string_view text = trimHocrSpace(element.child_value());
   if (!text.empty()) fragment.setText(wide(text, element));
@@ -259,45 +249,20 @@ void PugiHocrReader::readFragmentProperties(layout::Fragment& fragment, const El
     fragment.setTextangle(base::parseDouble(v));
   }
   if (const std::string_view v = properties.take("baseline"); !v.empty()) {
-    std::vector<double> coefficients;
-    for (const std::string_view piece : splitAtSpace(v)) {
-      coefficients.push_back(base::parseDouble(piece));
-    }
-    fragment.setBaseline(std::move(coefficients));
+    fragment.setBaseline(readBaseline(v));
   }
   if (const std::string_view v = properties.take("poly"); !v.empty()) {
-    const std::vector<std::string_view> pieces = splitAtSpace(trimHocrSpace(v));
-    if (pieces.size() % 2 != 0) {
+    std::optional<std::vector<layout::Point>> points = readPoly(v);
+    if (!points) {
       fail("hOCR: " + where(element) + " has a poly with an odd number of values (" +
-           std::to_string(pieces.size()) + ")");
+           std::to_string(splitAtSpace(trimHocrSpace(v)).size()) + ")");
     }
-    std::vector<layout::Point> points;
-    points.reserve(pieces.size() / 2);
-    for (std::size_t i = 0; i < pieces.size(); i += 2) {
-      const std::int32_t x = base::parseInt(pieces[i]);
-      points.push_back({x, base::parseInt(pieces[i + 1])});
-    }
-    fragment.setPolygon(std::move(points));
+    fragment.setPolygon(std::move(*points));
   }
-  if (const std::string_view v = properties.take("font-family"); !v.empty()) {
-    fragment.setFontFamily(wide(v, element));
-  }
-  if (const std::string_view v = properties.take("font-style"); !v.empty()) {
-    fragment.setFontStyle(fontStyleCode(v));
-  }
-  if (const std::string_view v = properties.take("font-weight"); !v.empty()) {
-    fragment.setFontWeight(fontWeightCode(v));
-  }
-  if (const std::string_view v = properties.take("font-size"); !v.empty()) {
-    fragment.setFontSize(base::parseDouble(v));
-  }
-  if (const std::string_view v = properties.take("color"); !v.empty()) {
-    if (const auto rgb = parseColor(v)) fragment.setColor({(*rgb)[0], (*rgb)[1], (*rgb)[2]});
-  }
-  if (const std::string_view v = properties.take("background-color"); !v.empty()) {
-    if (const auto rgb = parseColor(v)) {
-      fragment.setBackgroundColor({(*rgb)[0], (*rgb)[1], (*rgb)[2]});
-    }
+  for (const std::string_view key : kStyleKeys) {
+    const std::string_view value = properties.take(key);
+    if (key == "font-family") wide(value, element);  // names the element on invalid UTF-8
+    applyStyleProperty(fragment, key, value);
   }
 }
 

@@ -1,0 +1,236 @@
+// HocrElement.cpp - title properties, style and XML attributes of one hOCR element.
+#include "hocr/HocrElement.h"
+
+#include "base/NumberConversion.h"
+#include "base/TraceLog.h"
+#include "base/Unicode.h"
+#include "hocr/HocrFields.h"
+#include "hocr/HocrProperties.h"
+#include "layout/Fragment.h"
+
+#include <pugixml.hpp>
+
+#include <algorithm>
+#include <array>
+
+namespace qent::text::hocr {
+
+namespace {
+
+bool isForbiddenInXml(char32_t c) {
+  return (c < 0x20 && c != '\t' && c != '\n' && c != '\r') || c == 0xFFFE || c == 0xFFFF;
+}
+
+bool isAsciiLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
+
+// Names we write as XML attributes: plain ASCII names without a namespace prefix (an
+// undeclared prefix would make the document unreadable to namespace-aware parsers), and
+// none that the reader gives another meaning to.
+bool isUsableAttributeName(std::string_view name) {
+  if (name == "xml:lang") return true;
+  if (name.empty() || !(isAsciiLetter(name[0]) || name[0] == '_')) return false;
+  for (const char c : name) {
+    if (!(isAsciiLetter(c) || (c >= '0' && c <= '9') || c == '_' || c == '-' || c == '.')) {
+      return false;
+    }
+  }
+  return name != "id" && name != "class" && name != "title" && !name.starts_with("xmlns");
+}
+
+// Attributes that belong on the element in HTML rather than in the hOCR title.
+bool isHtmlAttribute(std::string_view name) {
+  static constexpr std::array<std::string_view, 9> kNames = {
+      "lang", "xml:lang", "dir", "align", "style", "href", "src", "alt", "name"};
+  return std::find(kNames.begin(), kNames.end(), name) != kNames.end() ||
+         name.starts_with("data-") || name.starts_with("aria-");
+}
+
+// Whether the reader's split (pieces at ";", trimmed, key up to the first blank) gives
+// exactly this key and value back.
+bool fitsTitle(std::string_view key, std::string_view value) {
+  if (key.empty()) return value.empty();
+  if (key.find_first_of(" ;") != std::string_view::npos || trimHocrSpace(key) != key) {
+    return false;
+  }
+  return value.find(';') == std::string_view::npos && trimHocrSpace(value) == value;
+}
+
+std::string styleText(const layout::Fragment& fragment, std::string_view key) {
+  auto rgb = [](const layout::Rgb& c) {
+    return "rgb(" + std::to_string(c.red) + ", " + std::to_string(c.green) + ", " +
+           std::to_string(c.blue) + ")";
+  };
+  if (key == "font-family") {
+    std::string family = xmlText(fragment.fontFamily());
+    std::replace(family.begin(), family.end(), ';', ',');
+    return family;
+  }
+  if (key == "font-style") return std::string(fontStyleName(fragment.fontStyle()));
+  if (key == "font-weight") return std::string(fontWeightName(fragment.fontWeight()));
+  if (key == "font-size") {
+    return fragment.fontSize() >= 0 ? base::formatShortest(fragment.fontSize()) + "pt" : "";
+  }
+  if (key == "color") return fragment.hasColor() ? rgb(fragment.color()) : "";
+  return fragment.hasBackgroundColor() ? rgb(fragment.backgroundColor()) : "";
+}
+
+// Whether the reader, given this text for the key, sets the fragment's field as it is.
+bool sameStyle(const layout::Fragment& fragment, std::string_view key, std::string_view text) {
+  layout::Fragment read;
+  try {
+    applyStyleProperty(read, key, text);
+  } catch (const std::exception&) {
+    return false;
+  }
+  if (key == "font-family") return read.fontFamily() == fragment.fontFamily();
+  if (key == "font-style") return read.fontStyle() == fragment.fontStyle();
+  if (key == "font-weight") return read.fontWeight() == fragment.fontWeight();
+  if (key == "font-size") return read.fontSize() == fragment.fontSize();
+  if (key == "color") {
+    return read.hasColor() == fragment.hasColor() &&
+           (!read.hasColor() || read.color() == fragment.color());
+  }
+  return read.hasBackgroundColor() == fragment.hasBackgroundColor() &&
+         (!read.hasBackgroundColor() || read.backgroundColor() == fragment.backgroundColor());
+}
+
+}  // namespace
+
+std::string xmlText(std::u16string_view text) {
+  const auto forbidden = std::find_if(text.begin(), text.end(),
+                                      [](char16_t c) { return isForbiddenInXml(c); });
+  if (forbidden == text.end()) return base::utf16ToUtf8Lenient(text);
+  std::u16string clean;
+  clean.reserve(text.size());
+  for (const char16_t c : text) {
+    if (!isForbiddenInXml(c)) clean.push_back(c);
+  }
+  return base::utf16ToUtf8Lenient(clean);
+}
+
+std::string xmlText(std::string_view utf8) {
+  std::string clean;
+  clean.reserve(utf8.size());
+  for (std::size_t i = 0; i < utf8.size(); ++i) {
+    const auto c = static_cast<unsigned char>(utf8[i]);
+    if (c < 0x20 && isForbiddenInXml(c)) continue;
+    // U+FFFE and U+FFFF are EF BF BE and EF BF BF.
+    if (c == 0xEF && i + 2 < utf8.size() && static_cast<unsigned char>(utf8[i + 1]) == 0xBF &&
+        (static_cast<unsigned char>(utf8[i + 2]) & 0xFE) == 0xBE) {
+      i += 2;
+      continue;
+    }
+    clean.push_back(static_cast<char>(c));
+  }
+  return base::utf16ToUtf8(base::utf8ToUtf16Lenient(clean));
+}
+
+HocrElement::HocrElement(const layout::Node& node) {
+  attributes_.reserve(node.attributes().size());
+  for (const auto& [key, value] : node.attributes()) {
+    attributes_.push_back({xmlText(key), xmlText(value), false});
+  }
+}
+
+const std::string* HocrElement::claim(std::string_view key) {
+  for (Attribute& attribute : attributes_) {
+    if (attribute.key == key) {
+      attribute.claimed = true;
+      return &attribute.value;
+    }
+  }
+  return nullptr;
+}
+
+void HocrElement::addTitle(std::string_view key, std::string value) {
+  std::replace(value.begin(), value.end(), ';', ',');
+  title_.push_back({std::string(key), std::move(value)});
+}
+
+void HocrElement::generatedProperty(std::string_view key, std::string value) {
+  claim(key);
+  addTitle(key, std::move(value));
+}
+
+void HocrElement::xmlAttribute(std::string_view key, std::string value) {
+  claim(key);
+  xmlAttributes_.push_back({std::string(key), std::move(value)});
+}
+
+void HocrElement::fragmentStyle(const layout::Fragment& fragment) {
+  // A stored title text that reads back as the field stays in the title, where it takes
+  // precedence over the style; the style then only has to carry the other fields.
+  std::vector<std::string_view> styleCarries;
+  for (const std::string_view key : kStyleKeys) {
+    const std::string* stored = claim(key);
+    if (stored != nullptr && sameStyle(fragment, key, *stored)) {
+      addTitle(key, *stored);
+    } else {
+      styleCarries.push_back(key);
+    }
+  }
+
+  if (const std::string* stored = claim("style")) {
+    PropertyMap style;
+    style.addStyle(*stored);
+    const bool same = std::all_of(styleCarries.begin(), styleCarries.end(), [&](auto key) {
+      return sameStyle(fragment, key, style.take(key));
+    });
+    if (same) {
+      style_ = *stored;
+      hasStyle_ = true;
+      return;
+    }
+  }
+  for (const std::string_view key : styleCarries) {
+    const std::string text = styleText(fragment, key);
+    if (text.empty()) continue;
+    if (!style_.empty()) style_ += "; ";
+    style_.append(key).append(": ").append(text);
+    hasStyle_ = true;
+  }
+}
+
+bool HocrElement::hasTitleProperty(std::string_view key) const {
+  return std::any_of(title_.begin(), title_.end(), [&](const Item& item) { return item.key == key; });
+}
+
+void HocrElement::apply(pugi::xml_node& element, std::vector<std::string>& languages) {
+  std::vector<Item> extra;
+  for (const Attribute& attribute : attributes_) {
+    if (attribute.claimed) continue;
+    const std::string& key = attribute.key;
+    const std::string& value = attribute.value;
+    const bool title = fitsTitle(key, value);
+    const bool xml = isUsableAttributeName(key) && (key != "style" || !hasStyle_);
+    if (xml && (isHtmlAttribute(key) || !title)) {
+      extra.push_back({key, value});
+    } else if (title) {
+      title_.push_back({key, value});
+    } else {
+      base::TraceLog::writeFormatted(base::kTraceWarning,
+                                     "hOCR writer: attribute \"%s\" of element <%s> can be "
+                                     "written neither in the title nor as XML attribute; left out",
+                                     key.c_str(), element.name());
+    }
+  }
+
+  if (!title_.empty()) {
+    std::string text;
+    for (std::size_t i = 0; i < title_.size(); ++i) {
+      if (i > 0) text += "; ";
+      text += title_[i].key;
+      if (!title_[i].value.empty()) text.append(" ").append(title_[i].value);
+    }
+    element.append_attribute("title").set_value(text.c_str());
+  }
+  if (hasStyle_) element.append_attribute("style").set_value(style_.c_str());
+  for (const std::vector<Item>* list : {&xmlAttributes_, &extra}) {
+    for (const Item& item : *list) {
+      element.append_attribute(item.key.c_str()).set_value(item.value.c_str());
+      if (item.key == "lang" || item.key == "xml:lang") languages.push_back(item.value);
+    }
+  }
+}
+
+}  // namespace qent::text::hocr

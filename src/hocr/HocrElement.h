@@ -1,0 +1,102 @@
+// HocrElement.h - what one layout node becomes on its hOCR element: title properties,
+// style and further XML attributes, chosen so that the reader gives the node back.
+#pragma once
+
+#include <exception>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace pugi {
+class xml_node;
+}
+
+namespace qent::text::layout {
+class Node;
+class Fragment;
+}  // namespace qent::text::layout
+
+namespace qent::text::hocr {
+
+// Collects the properties of one element and writes them onto it.
+//
+// A node read from hOCR carries every title and style property twice: as an attribute
+// (the text as it stood) and, for the properties the reader understands, as a typed field.
+// The typed field is authoritative (code may have changed it), but it is written in the
+// spelling the attribute kept whenever that text reads back as the same value, so a document
+// read and written again keeps its own texts ("x_wconf 93.0", a reversed bbox). Every other
+// attribute goes into the title when the reader's ";" split carries it unchanged, else onto
+// the element as an XML attribute when its key is a usable name; what neither can carry is
+// left out with a warning in the trace log.
+class HocrElement {
+public:
+  explicit HocrElement(const layout::Node& node);
+
+  // A title property the reader converts into a typed field. `typed` is the field's text,
+  // empty when the field is not set; `same(text)` tells whether the reader would turn a
+  // stored text into the same field value (a text the reader would refuse is not the same).
+  template <class Same>
+  void typedProperty(std::string_view key, const std::string& typed, Same&& same) {
+    const std::string* stored = claim(key);
+    if (stored != nullptr && readsBackTheSame(same, *stored)) {
+      addTitle(key, *stored);
+    } else if (!typed.empty()) {
+      addTitle(key, typed);
+    }
+  }
+
+  // The font and colour fields of a fragment, which the reader takes from the title or, when
+  // the title lacks them, from the style.
+  void fragmentStyle(const layout::Fragment& fragment);
+
+  // A title property computed by the writer (x_bboxes, x_confs); replaces any attribute.
+  void generatedProperty(std::string_view key, std::string value);
+  // An XML attribute decided by the writer (a page's "lang"); replaces any attribute.
+  void xmlAttribute(std::string_view key, std::string value);
+  // Marks the attribute as written otherwise (the class, a page's language, ...) and returns
+  // its text, or null when the node has no such attribute.
+  const std::string* claim(std::string_view key);
+
+  // Writes title, style and the remaining attributes onto the element. The values of "lang"
+  // and "xml:lang" attributes written are appended to `languages`.
+  void apply(pugi::xml_node& element, std::vector<std::string>& languages);
+  // Whether the title holds this key (after apply(), generic attributes included).
+  bool hasTitleProperty(std::string_view key) const;
+  // Whether a style attribute is written.
+  bool hasStyle() const { return hasStyle_; }
+
+private:
+  struct Attribute {
+    std::string key;
+    std::string value;
+    bool claimed = false;
+  };
+  struct Item {
+    std::string key;
+    std::string value;
+  };
+
+  template <class Same>
+  static bool readsBackTheSame(Same& same, const std::string& text) {
+    try {
+      return same(std::string_view(text));
+    } catch (const std::exception&) {
+      return false;
+    }
+  }
+
+  void addTitle(std::string_view key, std::string value);
+
+  std::vector<Attribute> attributes_;
+  std::vector<Item> title_;
+  std::vector<Item> xmlAttributes_;
+  std::string style_;
+  bool hasStyle_ = false;
+};
+
+// Text for XML: drops the characters XML 1.0 forbids (C0 controls other than tab, line feed
+// and carriage return; U+FFFE, U+FFFF) and turns unpaired surrogates into U+FFFD.
+std::string xmlText(std::u16string_view text);
+std::string xmlText(std::string_view utf8);
+
+}  // namespace qent::text::hocr

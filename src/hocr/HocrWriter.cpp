@@ -1,0 +1,578 @@
+// HocrWriter.cpp - writes a layout as an hOCR 1.2 document (XHTML 1.0 Transitional).
+#include "hocr/HocrWriter.h"
+
+#include "base/NumberConversion.h"
+#include "base/Unicode.h"
+#include "base/Version.h"
+#include "hocr/HocrElement.h"
+#include "hocr/HocrFields.h"
+#include "hocr/HocrFormat.h"
+#include "hocr/HocrProperties.h"
+#include "layout/Layout.h"
+#include "layout/NodeVisitor.h"
+#include "layout/Nodes.h"
+
+#include <pugixml.hpp>
+
+#include <algorithm>
+#include <array>
+#include <set>
+#include <unordered_set>
+
+namespace qent::text::hocr {
+
+namespace {
+
+using namespace layout;
+
+constexpr const char* kDoctype =
+    "html PUBLIC \"-//W3C//DTD XHTML 1.0 Transitional//EN\" "
+    "\"http://www.w3.org/TR/xhtml1/DTD/xhtml1-transitional.dtd\"";
+
+std::string number(double value) { return base::formatShortest(value); }
+
+bool isAsciiLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
+
+// An id XHTML accepts: an XML name without colon. Non-ASCII letters are allowed by XML;
+// we accept any non-ASCII byte rather than carry Unicode's name tables.
+bool isUsableId(std::string_view id) {
+  if (id.empty()) return false;
+  const auto first = static_cast<unsigned char>(id[0]);
+  if (!(isAsciiLetter(id[0]) || id[0] == '_' || first >= 0x80)) return false;
+  return std::all_of(id.begin(), id.end(), [](char c) {
+    return isAsciiLetter(c) || isDigit(c) || c == '_' || c == '-' || c == '.' ||
+           static_cast<unsigned char>(c) >= 0x80;
+  });
+}
+
+// HTML elements that Content nodes read from hOCR are named after; a Content of another
+// type name is written as a div carrying the name as its class.
+bool isHtmlElementName(std::string_view name) {
+  static constexpr std::array<std::string_view, 50> kNames = {
+      "a",     "abbr",  "article", "aside", "b",      "big",  "blockquote", "br",
+      "center", "cite", "code",    "dd",    "del",    "dfn",  "div",        "dl",
+      "dt",    "em",    "figure",  "font",  "footer", "h1",   "h2",         "h3",
+      "h4",    "h5",    "h6",      "header", "hr",    "i",    "img",        "ins",
+      "kbd",   "li",    "mark",    "ol",    "p",      "pre",  "q",          "s",
+      "section", "small", "span",  "strike", "strong", "sub", "sup",        "tt",
+      "u",     "ul"};
+  return std::find(kNames.begin(), kNames.end(), name) != kNames.end();
+}
+
+// Elements printed without end tag; every other empty element gets one, because browsers
+// read <span/> as an opening tag.
+bool isVoidElement(std::string_view name) { return name == "br" || name == "hr" || name == "img"; }
+
+// The reader's view of a stored text: empty means "not given".
+template <class Parse, class T>
+bool readsAs(std::string_view text, Parse parse, const T& field, const T& unset) {
+  return text.empty() ? field == unset : parse(text) == field;
+}
+
+class StringWriter : public pugi::xml_writer {
+public:
+  explicit StringWriter(std::string& out) : out_(out) {}
+  void write(const void* data, std::size_t size) override {
+    out_.append(static_cast<const char*>(data), size);
+  }
+
+private:
+  std::string& out_;
+};
+
+// Walks the tree once and appends one element per node below `body`.
+class BodyBuilder : public NodeVisitor {
+public:
+  using NodeVisitor::visit;
+
+  BodyBuilder(const Layout& layout, double confidenceScale)
+      : layout_(layout), confidenceScale_(confidenceScale) {}
+
+  void build(pugi::xml_node body) {
+    parent_ = body;
+    Node* root = layout_.root();
+    if (root == nullptr) return;
+    auto* content = dynamic_cast<Content*>(root);
+    if (content != nullptr && content->typeName() == u"body") {
+      // The reader made this node from the body element itself.
+      HocrElement properties(*root);
+      writeId(body, *root, "node");
+      finish(body, properties, *root);
+      NodeVisitor::visit(static_cast<Node&>(*root));
+      closeEmpty(body);
+      return;
+    }
+    root->accept(*this);
+  }
+
+  std::size_t pages() const { return pages_; }
+  std::vector<std::string> capabilities() const {
+    // The structural classes first, in their nesting order, then the rest by name.
+    static constexpr std::array<std::string_view, 5> kOrder = {"ocr_page", "ocr_carea", "ocr_par",
+                                                             "ocr_line", "ocrx_word"};
+    std::vector<std::string> out;
+    for (const std::string_view name : kOrder) {
+      if (classes_.count(std::string(name)) != 0) out.emplace_back(name);
+    }
+    for (const std::string& name : classes_) {
+      if (std::find(kOrder.begin(), kOrder.end(), name) == kOrder.end()) out.push_back(name);
+    }
+    out.insert(out.end(), properties_.begin(), properties_.end());
+    return out;
+  }
+  std::set<std::string> languages() const {
+    return std::set<std::string>(languages_.begin(), languages_.end());
+  }
+
+  void visit(Page& page) override {
+    ++pages_;
+    counters_ = {};
+    pugi::xml_node element = open("div", "ocr_page");
+    writeId(element, page, "page");
+    HocrElement properties(page);
+
+    const Image* image = nullptr;
+    for (const auto& child : page.children()) {
+      image = dynamic_cast<const Image*>(child.get());
+      if (image != nullptr) break;
+    }
+    const std::u16string reference = image != nullptr ? image->image() : std::u16string();
+    properties.typedProperty("image", xmlText(reference), [&](std::string_view text) {
+      return readsAs(text, [](std::string_view t) { return base::utf8ToUtf16(t); }, reference,
+                     std::u16string());
+    });
+    const std::pair<std::uint32_t, std::uint32_t> size{page.width(), page.height()};
+    std::string bbox;
+    if (size.first != 0 || size.second != 0) {
+      // Written as signed numbers, so that even a size beyond 2^31 (a reversed bbox read
+      // earlier) reads back as the same unsigned difference.
+      bbox = "0 0 " + std::to_string(static_cast<std::int32_t>(size.first)) + " " +
+             std::to_string(static_cast<std::int32_t>(size.second));
+    }
+    properties.typedProperty("bbox", bbox, [&](std::string_view text) {
+      return readsAs(text, readPageSize, size, std::pair<std::uint32_t, std::uint32_t>{0, 0});
+    });
+    const std::uint32_t pageNumber = page.auxiliaryNumber();
+    properties.typedProperty("ppageno", pageNumber != 0 ? std::to_string(pageNumber) : "",
+                             [&](std::string_view text) {
+                               return readsAs(text, base::parseUnsigned, pageNumber, 0u);
+                             });
+    const double angle = page.textangle();
+    properties.typedProperty("textangle", angle != 0 ? number(angle) : "",
+                             [&](std::string_view text) {
+                               return readsAs(text, base::parseDouble, angle, 0.0);
+                             });
+    const std::string language = xmlText(page.language());
+    const std::string* storedLanguage = properties.claim("lang");
+    if (storedLanguage != nullptr && *storedLanguage == language) {
+      properties.xmlAttribute("lang", *storedLanguage);
+    } else if (!language.empty()) {
+      properties.xmlAttribute("lang", language);
+    }
+    finish(element, properties, page);
+    visitChildren(element, page);
+  }
+
+  void visit(Image& image) override {
+    // A page names its image in its title; the node itself has no element.
+    NodeVisitor::visit(static_cast<Node&>(image));
+  }
+
+  void visit(Line& line) override {
+    pugi::xml_node element = open("span", "ocr_line");
+    writeId(element, line, "line");
+    HocrElement properties(line);
+    fragmentProperties(properties, line);
+    doubleProperty(properties, "x_size", line.maxGlyphHeight(), 0.0);
+    doubleProperty(properties, "x_descenders", line.maxDescenders(), 0.0);
+    doubleProperty(properties, "x_ascenders", line.maxAscenders(), 0.0);
+    confidenceProperty(properties, "x_lconf", line);
+    properties.fragmentStyle(line);
+    finish(element, properties, line);
+    writeText(element, line.text());
+    visitChildren(element, line);
+  }
+
+  void visit(Word& word) override {
+    pugi::xml_node element = open("span", "ocrx_word");
+    writeId(element, word, "word");
+    HocrElement properties(word);
+    fragmentProperties(properties, word);
+    confidenceProperty(properties, "x_wconf", word);
+    integerProperty(properties, "x_checked", word.xChecked());
+    integerProperty(properties, "x_rejected", word.xRejected());
+    const double sensibility = word.xSensibility();
+    properties.typedProperty("x_sensibility", sensibility != 0 ? number(sensibility) : "",
+                             [&](std::string_view text) {
+                               return readsAs(text, base::parseDouble, sensibility, 0.0);
+                             });
+    const std::string entity = xmlText(std::string_view(word.xEntity()));
+    properties.typedProperty("x_entity", entity, [&](std::string_view text) {
+      return text == word.xEntity();
+    });
+
+    // Glyphs are not elements: their boxes and confidences go into the word's title, their
+    // texts into the word's text when the word has none of its own.
+    std::u16string glyphText;
+    std::string boxes;
+    std::string confidences;
+    bool anyConfidence = false;
+    std::size_t glyphs = 0;
+    for (const auto& child : word.children()) {
+      const auto* glyph = dynamic_cast<const Glyph*>(child.get());
+      if (glyph == nullptr) continue;
+      const char* separator = glyphs++ == 0 ? "" : " ";
+      glyphText += glyph->text();
+      const Rect& r = glyph->rect();
+      boxes.append(separator)
+          .append(std::to_string(r.left) + " " + std::to_string(r.top) + " " +
+                  std::to_string(r.right()) + " " + std::to_string(r.bottom()));
+      const double confidence = glyph->confidence();
+      anyConfidence = anyConfidence || confidence >= 0;
+      confidences.append(separator).append(
+          confidence >= 0 ? number(confidence * confidenceScale_) : "-1");
+    }
+    if (glyphs > 0) {
+      properties.generatedProperty("x_bboxes", boxes);
+      if (anyConfidence) properties.generatedProperty("x_confs", confidences);
+    }
+    properties.fragmentStyle(word);
+    finish(element, properties, word);
+    writeText(element, word.text().empty() ? glyphText : word.text());
+
+    const pugi::xml_node saved = parent_;
+    parent_ = element;
+    for (const auto& child : word.children()) {
+      if (dynamic_cast<const Glyph*>(child.get()) == nullptr) child->accept(*this);
+    }
+    parent_ = saved;
+    closeEmpty(element);
+  }
+
+  void visit(Box& box) override {
+    const std::u16string& name = box.typeName();
+    const std::string typeName = box.boxKind() == Box::kContentArea ? "ocr_carea" : xmlText(name);
+    pugi::xml_node element = openNamed(box, typeName, "div");
+    const std::string prefix = typeName == "ocr_par" ? "par" : "block";
+    const bool idKept = writeId(element, box, prefix.c_str());
+    HocrElement properties(box);
+    claimClass(properties, element);
+    fragmentProperties(properties, box);
+    properties.fragmentStyle(box);
+    finish(element, properties, box);
+    // The reader gives a box without text of its own its id as text; write the text only
+    // when that would not bring it back.
+    if (!(idKept && box.text() == box.id())) writeText(element, box.text());
+    visitChildren(element, box);
+  }
+
+  void visit(Glyph& glyph) override {
+    // Only glyphs outside words get here.
+    otherFragment(glyph, "ocrx_cinfo", [&](HocrElement& properties) {
+      confidenceProperty(properties, "x_conf", glyph);
+    });
+  }
+  void visit(Picture& picture) override {
+    otherFragment(picture, "ocr_image", [&](HocrElement& properties) {
+      const std::u16string& source = picture.imageSource();
+      properties.typedProperty("image", xmlText(source), [&](std::string_view text) {
+        return base::utf8ToUtf16(text) == source;
+      });
+    });
+  }
+  void visit(Field& field) override { otherFragment(field, "ocrx_field", [](HocrElement&) {}); }
+  void visit(Fragment& fragment) override {
+    otherFragment(fragment, "ocrx_fragment", [](HocrElement&) {});
+  }
+
+  void visit(Content& content) override {
+    const std::string typeName = xmlText(content.typeName());
+    pugi::xml_node element = openNamed(content, typeName, "div");
+    writeId(element, content, "node");
+    HocrElement properties(content);
+    claimClass(properties, element);
+    finish(element, properties, content);
+    writeText(element, content.text());
+    visitChildren(element, content);
+  }
+
+  void visit(Node& node) override {
+    pugi::xml_node element = open("div", "");
+    writeId(element, node, "node");
+    HocrElement properties(node);
+    finish(element, properties, node);
+    visitChildren(element, node);
+  }
+
+private:
+  struct Counters {
+    std::uint32_t block = 0, par = 0, line = 0, word = 0, node = 0;
+  };
+
+  pugi::xml_node open(const char* name, std::string_view cls) {
+    pugi::xml_node element = parent_.append_child(name);
+    if (!cls.empty()) {
+      element.append_attribute("class").set_value(std::string(cls).c_str());
+      if (hasHocrPrefix(cls)) classes_.emplace(cls);
+    }
+    return element;
+  }
+
+  // The element of a Box or Content named `typeName`: hOCR classes on a div (a p for
+  // paragraphs), a name the node was read under as a class attribute on a div, else the
+  // HTML element of that name, else a div with the name as class.
+  pugi::xml_node openNamed(const Node& node, const std::string& typeName, const char* fallback) {
+    if (hasHocrPrefix(typeName)) return open(typeName == "ocr_par" ? "p" : "div", typeName);
+    const auto stored = node.attributes().find(u"class");
+    const bool readAsClass = stored != node.attributes().end() && xmlText(stored->second) == typeName;
+    const bool voidWithContent = isVoidElement(typeName) && !node.children().empty();
+    if (!readAsClass && isHtmlElementName(typeName) && !voidWithContent) {
+      return open(typeName.c_str(), "");
+    }
+    return open(fallback, typeName);
+  }
+
+  // The class attribute written already stands for the stored "class" attribute.
+  static void claimClass(HocrElement& properties, const pugi::xml_node& element) {
+    const std::string* stored = properties.claim("class");
+    if (stored != nullptr && *stored != element.attribute("class").value()) {
+      // A different stored class cannot be a second class attribute; keep it in the title.
+      properties.generatedProperty("class", *stored);
+    }
+  }
+
+  // Writes the node's id when it is a usable, unused XML id; replaces an unusable one by a
+  // generated id. Returns whether the node's own id was written.
+  bool writeId(pugi::xml_node& element, const Node& node, const char* prefix) {
+    if (node.id().empty()) return false;
+    std::string id = xmlText(node.id());
+    if (isUsableId(id) && used_.insert(id).second) {
+      element.append_attribute("id").set_value(id.c_str());
+      return true;
+    }
+    reserveExistingIds();
+    const std::string_view kind(prefix);
+    std::uint32_t& counter = counterFor(kind);
+    const std::string page = std::to_string(pages_ == 0 ? 1 : pages_);
+    for (std::uint32_t attempt = 0;; ++attempt) {
+      if (kind == "page") {
+        id = "page_" + page + (attempt == 0 ? "" : "_" + std::to_string(attempt));
+      } else {
+        id = std::string(kind) + "_" + page + "_" + std::to_string(++counter);
+      }
+      if (reserved_.count(id) == 0 && used_.insert(id).second) break;
+    }
+    element.append_attribute("id").set_value(id.c_str());
+    return false;
+  }
+
+  std::uint32_t& counterFor(std::string_view prefix) {
+    if (prefix == "block") return counters_.block;
+    if (prefix == "par") return counters_.par;
+    if (prefix == "line") return counters_.line;
+    if (prefix == "word") return counters_.word;
+    return counters_.node;
+  }
+
+  // Generated ids must not take an id that a later node keeps; collected on first need.
+  void reserveExistingIds() {
+    if (reservedDone_) return;
+    reservedDone_ = true;
+    std::vector<const Node*> stack;
+    if (layout_.root() != nullptr) stack.push_back(layout_.root());
+    while (!stack.empty()) {
+      const Node* node = stack.back();
+      stack.pop_back();
+      if (!node->id().empty()) reserved_.insert(xmlText(node->id()));
+      for (const auto& child : node->children()) stack.push_back(child.get());
+    }
+  }
+
+  void fragmentProperties(HocrElement& properties, const Fragment& fragment) {
+    const Rect& rect = fragment.rect();
+    std::string bbox;
+    if (rect.hasGeometry()) {
+      bbox = std::to_string(rect.left) + " " + std::to_string(rect.top) + " " +
+             std::to_string(rect.right()) + " " + std::to_string(rect.bottom());
+    }
+    properties.typedProperty("bbox", bbox, [&](std::string_view text) {
+      return readsAs(text, readFragmentBbox, rect, Rect{});
+    });
+    const std::vector<double>& baseline = fragment.baseline();
+    std::string coefficients;
+    for (const double c : baseline) coefficients += (coefficients.empty() ? "" : " ") + number(c);
+    properties.typedProperty("baseline", coefficients, [&](std::string_view text) {
+      return readsAs(text, readBaseline, baseline, std::vector<double>());
+    });
+    doubleProperty(properties, "textangle", fragment.textangle(), 0.0);
+    const std::vector<Point>& polygon = fragment.polygon();
+    std::string points;
+    for (const Point& p : polygon) {
+      points += (points.empty() ? "" : " ") + std::to_string(p.x) + " " + std::to_string(p.y);
+    }
+    properties.typedProperty("poly", points, [&](std::string_view text) {
+      return text.empty() ? polygon.empty() : readPoly(text) == polygon;
+    });
+  }
+
+  static void doubleProperty(HocrElement& properties, std::string_view key, double value,
+                             double unset) {
+    properties.typedProperty(key, value != unset ? number(value) : "",
+                             [&](std::string_view text) {
+                               return readsAs(text, base::parseDouble, value, unset);
+                             });
+  }
+
+  // The reader takes these as 32-bit numbers; a larger value could not be read back, so it
+  // is left out rather than written as a document our own reader refuses.
+  static void integerProperty(HocrElement& properties, std::string_view key, std::uint64_t value) {
+    const bool fits = value <= 0xFFFFFFFFu;
+    properties.typedProperty(key, value != 0 && fits ? std::to_string(value) : "",
+                             [&](std::string_view text) {
+                               return text.empty() ? value == 0
+                                                   : base::parseUnsigned(text) == value;
+                             });
+  }
+
+  void confidenceProperty(HocrElement& properties, std::string_view key, const Fragment& fragment) {
+    const double confidence = fragment.confidence();
+    properties.typedProperty(key, confidence >= 0 ? number(confidence * confidenceScale_) : "",
+                             [&](std::string_view text) {
+                               return text.empty() ? confidence < 0
+                                                   : base::parseDouble(text) == confidence;
+                             });
+  }
+
+  template <class Extra>
+  void otherFragment(Fragment& fragment, const char* cls, Extra extra) {
+    pugi::xml_node element = open("div", cls);
+    writeId(element, fragment, "node");
+    HocrElement properties(fragment);
+    fragmentProperties(properties, fragment);
+    extra(properties);
+    properties.fragmentStyle(fragment);
+    finish(element, properties, fragment);
+    writeText(element, fragment.text());
+    visitChildren(element, fragment);
+  }
+
+  void finish(pugi::xml_node& element, HocrElement& properties, const Node& node) {
+    if (&node == layout_.root()) properties.claim("additional_versions");  // in the head
+    properties.apply(element, languages_);
+    if (properties.hasTitleProperty("x_wconf")) properties_.insert("ocrp_wconf");
+    if (properties.hasTitleProperty("poly")) properties_.insert("ocrp_poly");
+    if (properties.hasTitleProperty("x_font") || properties.hasTitleProperty("font-family") ||
+        (properties.hasStyle() &&
+         std::string_view(element.attribute("style").value()).find("font") != std::string_view::npos)) {
+      properties_.insert("ocrp_font");
+    }
+    if (element.attribute("lang") || element.attribute("xml:lang")) properties_.insert("ocrp_lang");
+    if (element.attribute("dir")) properties_.insert("ocrp_dir");
+  }
+
+  static void writeText(pugi::xml_node& element, std::u16string_view text) {
+    if (text.empty()) return;
+    element.append_child(pugi::node_pcdata).set_value(xmlText(text).c_str());
+  }
+
+  void visitChildren(pugi::xml_node& element, Node& node) {
+    const pugi::xml_node saved = parent_;
+    parent_ = element;
+    NodeVisitor::visit(node);
+    parent_ = saved;
+    closeEmpty(element);
+  }
+
+  static void closeEmpty(pugi::xml_node& element) {
+    if (!element.first_child() && !isVoidElement(element.name())) {
+      element.append_child(pugi::node_pcdata);
+    }
+  }
+
+  const Layout& layout_;
+  const double confidenceScale_;
+  pugi::xml_node parent_;
+  std::size_t pages_ = 0;
+  Counters counters_;
+  std::unordered_set<std::string> used_;
+  std::unordered_set<std::string> reserved_;
+  bool reservedDone_ = false;
+  std::set<std::string> classes_;
+  std::set<std::string> properties_;
+  std::vector<std::string> languages_;
+};
+
+std::string systemText(const Layout::Versions& versions) {
+  if (versions.empty()) return base::kVersionText;
+  std::string text;
+  for (std::size_t i = 0; i < versions.size(); ++i) {
+    const auto& [name, version] = versions[i];
+    if (i > 0) text += "; ";
+    text += xmlText(std::string_view(name));
+    if (name != version) text += ":" + xmlText(std::string_view(version));
+  }
+  return text;
+}
+
+pugi::xml_node meta(pugi::xml_node head, const char* name, const std::string& content) {
+  pugi::xml_node element = head.append_child("meta");
+  element.append_attribute("name").set_value(name);
+  element.append_attribute("content").set_value(content.c_str());
+  return element;
+}
+
+}  // namespace
+
+std::string HocrWriter::write(const Layout& layout) {
+  pugi::xml_document document;
+  pugi::xml_node declaration = document.append_child(pugi::node_declaration);
+  declaration.append_attribute("version").set_value("1.0");
+  declaration.append_attribute("encoding").set_value("UTF-8");
+  document.append_child(pugi::node_doctype).set_value(kDoctype);
+  pugi::xml_node html = document.append_child("html");
+  html.append_attribute("xmlns").set_value("http://www.w3.org/1999/xhtml");
+
+  pugi::xml_node head = html.append_child("head");
+  head.append_child("title").append_child(pugi::node_pcdata).set_value(
+      xmlText(layout.documentName()).c_str());
+  pugi::xml_node contentType = head.append_child("meta");
+  contentType.append_attribute("http-equiv").set_value("Content-Type");
+  contentType.append_attribute("content").set_value("text/html;charset=utf-8");
+  meta(head, "ocr-system", systemText(layout.versions()));
+  pugi::xml_node capabilities = meta(head, "ocr-capabilities", "");
+  pugi::xml_node pageCount = meta(head, "ocr-number-of-pages", "");
+  pugi::xml_node languages = meta(head, "ocr-langs", "");
+  if (const Node* root = layout.root()) {
+    const auto modules = root->attributes().find(u"additional_versions");
+    if (modules != root->attributes().end()) {
+      meta(head, "ocr-modules", xmlText(modules->second));
+    }
+  }
+
+  BodyBuilder builder(layout, layout.format() == kCloudOcrFormatCode ? 100.0 : 1.0);
+  builder.build(html.append_child("body"));
+
+  std::string list;
+  for (const std::string& capability : builder.capabilities()) {
+    list += (list.empty() ? "" : " ") + capability;
+  }
+  capabilities.attribute("content").set_value(list.c_str());
+  pageCount.attribute("content").set_value(std::to_string(builder.pages()).c_str());
+  list.clear();
+  for (const std::string& language : builder.languages()) {
+    list += (list.empty() ? "" : " ") + language;
+  }
+  if (list.empty()) {
+    head.remove_child(languages);
+  } else {
+    languages.attribute("content").set_value(list.c_str());
+  }
+
+  std::string out;
+  StringWriter sink(out);
+  document.save(sink, " ", pugi::format_indent, pugi::encoding_utf8);
+  return out;
+}
+
+}  // namespace qent::text::hocr
