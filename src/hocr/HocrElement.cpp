@@ -163,7 +163,7 @@ void HocrElement::fragmentStyle(const layout::Fragment& fragment) {
   std::vector<std::string_view> styleCarries;
   for (const std::string_view key : kStyleKeys) {
     const std::string* stored = claim(key);
-    if (stored != nullptr && sameStyle(fragment, key, *stored)) {
+    if (stored != nullptr && !stored->empty() && sameStyle(fragment, key, *stored)) {
       addTitle(key, *stored);
     } else {
       styleCarries.push_back(key);
@@ -193,6 +193,11 @@ void HocrElement::fragmentStyle(const layout::Fragment& fragment) {
 
 bool HocrElement::hasTitleProperty(std::string_view key) const {
   return std::any_of(title_.begin(), title_.end(), [&](const Item& item) { return item.key == key; });
+}
+
+bool HocrElement::hasTitlePropertyPrefix(std::string_view prefix) const {
+  return std::any_of(title_.begin(), title_.end(),
+                     [&](const Item& item) { return item.key.starts_with(prefix); });
 }
 
 void HocrElement::apply(pugi::xml_node& element, std::vector<std::string>& languages) {

@@ -35,10 +35,11 @@ public:
   // A title property the reader converts into a typed field. `typed` is the field's text,
   // empty when the field is not set; `same(text)` tells whether the reader would turn a
   // stored text into the same field value (a text the reader would refuse is not the same).
+  // A stored empty value (a key without value, which the reader ignores) is not kept.
   template <class Same>
   void typedProperty(std::string_view key, const std::string& typed, Same&& same) {
     const std::string* stored = claim(key);
-    if (stored != nullptr && readsBackTheSame(same, *stored)) {
+    if (stored != nullptr && !stored->empty() && readsBackTheSame(same, *stored)) {
       addTitle(key, *stored);
     } else if (!typed.empty()) {
       addTitle(key, typed);
@@ -62,6 +63,8 @@ public:
   void apply(pugi::xml_node& element, std::vector<std::string>& languages);
   // Whether the title holds this key (after apply(), generic attributes included).
   bool hasTitleProperty(std::string_view key) const;
+  // Whether the title holds a key starting with this prefix.
+  bool hasTitlePropertyPrefix(std::string_view prefix) const;
   // Whether a style attribute is written.
   bool hasStyle() const { return hasStyle_; }
 

@@ -16,7 +16,9 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <set>
+#include <type_traits>
 #include <unordered_set>
 
 namespace qent::text::hocr {
@@ -64,10 +66,55 @@ bool isHtmlElementName(std::string_view name) {
 // read <span/> as an opening tag.
 bool isVoidElement(std::string_view name) { return name == "br" || name == "hr" || name == "img"; }
 
-// The reader's view of a stored text: empty means "not given".
+// Numbers separated by single blanks (one number when `single`), each consumed whole: the spelling a stored number
+// must have to be kept. The reader would accept "93abc" as 93, hOCR consumers need not.
+bool isPlainNumberList(std::string_view text, bool single = false) {
+  std::size_t i = 0;
+  while (true) {
+    double value = 0;
+    const auto [end, error] = std::from_chars(text.data() + i, text.data() + text.size(), value);
+    if (error != std::errc()) return false;
+    i = static_cast<std::size_t>(end - text.data());
+    if (i == text.size()) return true;
+    if (text[i] != ' ' || single) return false;
+    ++i;
+  }
+}
+
+// The reader's view of a stored text: empty means "not given"; a stored text is kept only
+// in plain spelling.
 template <class Parse, class T>
 bool readsAs(std::string_view text, Parse parse, const T& field, const T& unset) {
-  return text.empty() ? field == unset : parse(text) == field;
+  constexpr bool kList = std::is_class_v<T>;  // a bbox, a baseline: several numbers
+  return text.empty() ? field == unset : isPlainNumberList(text, !kList) && parse(text) == field;
+}
+
+// A stored bbox keeps its spelling only when it is four plain 32-bit integers, single-spaced,
+// with the corners in hOCR's order; anything else (a reversed bbox, which the reader
+// normalises, signs, extra or oversized numbers) is written in the plain form.
+bool isPlainBbox(std::string_view text) {
+  std::array<std::int32_t, 4> c{};
+  std::size_t i = 0;
+  for (std::size_t k = 0; k < c.size(); ++k) {
+    if (k > 0) {
+      if (i >= text.size() || text[i] != ' ') return false;
+      ++i;
+    }
+    if (i < text.size() && text[i] == '+') return false;
+    const auto [end, error] = std::from_chars(text.data() + i, text.data() + text.size(), c[k]);
+    if (error != std::errc()) return false;
+    i = static_cast<std::size_t>(end - text.data());
+  }
+  return i == text.size() && c[0] <= c[2] && c[1] <= c[3];
+}
+
+// Corners of a rectangle as the reader can take them back: a far edge beyond 2^31 - 1
+// would be clamped on reading anyway, so it is clamped here and the text reads back as
+// written.
+std::string bboxText(const Rect& rect) {
+  auto edge = [](std::int64_t v) { return std::to_string(std::min<std::int64_t>(v, 0x7FFFFFFF)); };
+  return std::to_string(rect.left) + " " + std::to_string(rect.top) + " " + edge(rect.right()) +
+         " " + edge(rect.bottom());
 }
 
 class StringWriter : public pugi::xml_writer {
@@ -94,9 +141,12 @@ public:
     Node* root = layout_.root();
     if (root == nullptr) return;
     auto* content = dynamic_cast<Content*>(root);
-    if (content != nullptr && content->typeName() == u"body") {
-      // The reader made this node from the body element itself.
+    if (content != nullptr && content->typeName() == u"body" &&
+        content->attributes().count(u"class") == 0 && content->childCount() != 1) {
+      // The reader made this node from the body element itself (a body with one child
+      // would come back as that child, a class tells of a div named "body").
       HocrElement properties(*root);
+      keepBboxOutOfTitle(properties);
       writeId(body, *root, "node");
       finish(body, properties, *root);
       NodeVisitor::visit(static_cast<Node&>(*root));
@@ -138,20 +188,27 @@ public:
       if (image != nullptr) break;
     }
     const std::u16string reference = image != nullptr ? image->image() : std::u16string();
-    properties.typedProperty("image", xmlText(reference), [&](std::string_view text) {
-      return readsAs(text, [](std::string_view t) { return base::utf8ToUtf16(t); }, reference,
-                     std::u16string());
+    // Without an Image of its own, a stored reference is the page's link to an image it
+    // shares with an earlier page (the reader makes one Image per reference).
+    std::string imageText = xmlText(reference);
+    if (imageText.find_first_of(" \t\n\r") != std::string::npos &&
+        !(imageText.size() >= 2 && imageText.front() == '"' && imageText.back() == '"')) {
+      imageText = '"' + imageText + '"';  // hOCR's quoted string, for names with blanks
+    }
+    properties.typedProperty("image", imageText, [&](std::string_view text) {
+      return reference.empty() || base::utf8ToUtf16(text) == reference;
     });
     const std::pair<std::uint32_t, std::uint32_t> size{page.width(), page.height()};
     std::string bbox;
     if (size.first != 0 || size.second != 0) {
-      // Written as signed numbers, so that even a size beyond 2^31 (a reversed bbox read
-      // earlier) reads back as the same unsigned difference.
-      bbox = "0 0 " + std::to_string(static_cast<std::int32_t>(size.first)) + " " +
-             std::to_string(static_cast<std::int32_t>(size.second));
+      // hOCR corners are ordered, so a size beyond 2^31 - 1 (a reversed bbox read earlier)
+      // cannot be said; it is written as the largest size that can.
+      auto side = [](std::uint32_t v) { return std::to_string(std::min<std::uint32_t>(v, 0x7FFFFFFF)); };
+      bbox = "0 0 " + side(size.first) + " " + side(size.second);
     }
     properties.typedProperty("bbox", bbox, [&](std::string_view text) {
-      return readsAs(text, readPageSize, size, std::pair<std::uint32_t, std::uint32_t>{0, 0});
+      return isPlainBbox(text) &&
+             readsAs(text, readPageSize, size, std::pair<std::uint32_t, std::uint32_t>{0, 0});
     });
     const std::uint32_t pageNumber = page.auxiliaryNumber();
     properties.typedProperty("ppageno", pageNumber != 0 ? std::to_string(pageNumber) : "",
@@ -225,9 +282,7 @@ public:
       const char* separator = glyphs++ == 0 ? "" : " ";
       glyphText += glyph->text();
       const Rect& r = glyph->rect();
-      boxes.append(separator)
-          .append(std::to_string(r.left) + " " + std::to_string(r.top) + " " +
-                  std::to_string(r.right()) + " " + std::to_string(r.bottom()));
+      boxes.append(separator).append(bboxText(r));
       const double confidence = glyph->confidence();
       anyConfidence = anyConfidence || confidence >= 0;
       confidences.append(separator).append(
@@ -258,7 +313,7 @@ public:
     const bool idKept = writeId(element, box, prefix.c_str());
     HocrElement properties(box);
     claimClass(properties, element);
-    fragmentProperties(properties, box);
+    fragmentProperties(properties, box, true);
     properties.fragmentStyle(box);
     finish(element, properties, box);
     // The reader gives a box without text of its own its id as text; write the text only
@@ -292,6 +347,7 @@ public:
     writeId(element, content, "node");
     HocrElement properties(content);
     claimClass(properties, element);
+    keepBboxOutOfTitle(properties);
     finish(element, properties, content);
     writeText(element, content.text());
     visitChildren(element, content);
@@ -301,6 +357,7 @@ public:
     pugi::xml_node element = open("div", "");
     writeId(element, node, "node");
     HocrElement properties(node);
+    keepBboxOutOfTitle(properties);
     finish(element, properties, node);
     visitChildren(element, node);
   }
@@ -333,10 +390,17 @@ private:
     return open(fallback, typeName);
   }
 
+  // A bbox in the title would make the reader build a Box of a node that has no geometry
+  // of its own; the attribute goes onto the element instead.
+  static void keepBboxOutOfTitle(HocrElement& properties) {
+    if (const std::string* bbox = properties.claim("bbox")) properties.xmlAttribute("bbox", *bbox);
+  }
+
   // The class attribute written already stands for the stored "class" attribute.
   static void claimClass(HocrElement& properties, const pugi::xml_node& element) {
     const std::string* stored = properties.claim("class");
-    if (stored != nullptr && *stored != element.attribute("class").value()) {
+    const pugi::xml_attribute written = element.attribute("class");
+    if (stored != nullptr && (!written || *stored != written.value())) {
       // A different stored class cannot be a second class attribute; keep it in the title.
       properties.generatedProperty("class", *stored);
     }
@@ -389,15 +453,14 @@ private:
     }
   }
 
-  void fragmentProperties(HocrElement& properties, const Fragment& fragment) {
+  // `alwaysBbox`: elements that only a bbox makes the reader take as boxes get one even
+  // without geometry.
+  void fragmentProperties(HocrElement& properties, const Fragment& fragment,
+                          bool alwaysBbox = false) {
     const Rect& rect = fragment.rect();
-    std::string bbox;
-    if (rect.hasGeometry()) {
-      bbox = std::to_string(rect.left) + " " + std::to_string(rect.top) + " " +
-             std::to_string(rect.right()) + " " + std::to_string(rect.bottom());
-    }
+    const std::string bbox = rect.hasGeometry() || alwaysBbox ? bboxText(rect) : "";
     properties.typedProperty("bbox", bbox, [&](std::string_view text) {
-      return readsAs(text, readFragmentBbox, rect, Rect{});
+      return isPlainBbox(text) && readsAs(text, readFragmentBbox, rect, Rect{});
     });
     const std::vector<double>& baseline = fragment.baseline();
     std::string coefficients;
@@ -412,7 +475,7 @@ private:
       points += (points.empty() ? "" : " ") + std::to_string(p.x) + " " + std::to_string(p.y);
     }
     properties.typedProperty("poly", points, [&](std::string_view text) {
-      return text.empty() ? polygon.empty() : readPoly(text) == polygon;
+      return text.empty() ? polygon.empty() : isPlainNumberList(text) && readPoly(text) == polygon;
     });
   }
 
@@ -430,8 +493,9 @@ private:
     const bool fits = value <= 0xFFFFFFFFu;
     properties.typedProperty(key, value != 0 && fits ? std::to_string(value) : "",
                              [&](std::string_view text) {
-                               return text.empty() ? value == 0
-                                                   : base::parseUnsigned(text) == value;
+                               return readsAs(text, base::parseUnsigned64, value,
+                                              std::uint64_t{0}) &&
+                                      (text.empty() || base::parseUnsigned(text) == value);
                              });
   }
 
@@ -440,7 +504,8 @@ private:
     properties.typedProperty(key, confidence >= 0 ? number(confidence * confidenceScale_) : "",
                              [&](std::string_view text) {
                                return text.empty() ? confidence < 0
-                                                   : base::parseDouble(text) == confidence;
+                                                   : isPlainNumberList(text, true) &&
+                                                         base::parseDouble(text) == confidence;
                              });
   }
 
@@ -449,7 +514,7 @@ private:
     pugi::xml_node element = open("div", cls);
     writeId(element, fragment, "node");
     HocrElement properties(fragment);
-    fragmentProperties(properties, fragment);
+    fragmentProperties(properties, fragment, true);
     extra(properties);
     properties.fragmentStyle(fragment);
     finish(element, properties, fragment);
@@ -462,9 +527,8 @@ private:
     properties.apply(element, languages_);
     if (properties.hasTitleProperty("x_wconf")) properties_.insert("ocrp_wconf");
     if (properties.hasTitleProperty("poly")) properties_.insert("ocrp_poly");
-    if (properties.hasTitleProperty("x_font") || properties.hasTitleProperty("font-family") ||
-        (properties.hasStyle() &&
-         std::string_view(element.attribute("style").value()).find("font") != std::string_view::npos)) {
+    if (properties.hasTitlePropertyPrefix("x_font") || properties.hasTitlePropertyPrefix("font-") ||
+        std::string_view(element.attribute("style").value()).find("font") != std::string_view::npos) {
       properties_.insert("ocrp_font");
     }
     if (element.attribute("lang") || element.attribute("xml:lang")) properties_.insert("ocrp_lang");
@@ -551,7 +615,9 @@ std::string HocrWriter::write(const Layout& layout) {
   }
 
   BodyBuilder builder(layout, layout.format() == kCloudOcrFormatCode ? 100.0 : 1.0);
-  builder.build(html.append_child("body"));
+  pugi::xml_node body = html.append_child("body");
+  builder.build(body);
+  if (!body.first_child()) body.append_child(pugi::node_pcdata);
 
   std::string list;
   for (const std::string& capability : builder.capabilities()) {
