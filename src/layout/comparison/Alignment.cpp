@@ -65,41 +65,55 @@ Rect AlignmentTransform::mapRect(const Rect& rect) const {
   return out;
 }
 
+void ContentBox::extend(const Rect& rect) {
+  if (!rect.hasGeometry()) return;
+  if (empty) {
+    *this = {false, rect.left, rect.top, rect.right(), rect.bottom()};
+    return;
+  }
+  left = std::min<std::int64_t>(left, rect.left);
+  top = std::min<std::int64_t>(top, rect.top);
+  right = std::max(right, rect.right());
+  bottom = std::max(bottom, rect.bottom());
+}
+
 ContentBox contentBox(Node& subtree) {
   ContentBox box;
-  for (IteratorTemplate<Fragment> it(&subtree); !it.atEnd(); ++it) {
-    const Rect& rect = it->rect();
-    if (!rect.hasGeometry()) continue;
-    if (box.empty) {
-      box = {false, rect.left, rect.top, rect.right(), rect.bottom()};
-      continue;
-    }
-    box.left = std::min<std::int64_t>(box.left, rect.left);
-    box.top = std::min<std::int64_t>(box.top, rect.top);
-    box.right = std::max(box.right, rect.right());
-    box.bottom = std::max(box.bottom, rect.bottom());
-  }
+  for (IteratorTemplate<Fragment> it(&subtree); !it.atEnd(); ++it) box.extend(it->rect());
   return box;
+}
+
+void setPageSize(PageFrame& frame, const Node& page) {
+  if (const auto* asPage = dynamic_cast<const Page*>(&page)) {
+    frame.width = asPage->width();
+    frame.height = asPage->height();
+  }
+}
+
+PageFrame pageFrame(Node& page) {
+  PageFrame frame;
+  frame.content = contentBox(page);
+  setPageSize(frame, page);
+  return frame;
 }
 
 AlignmentTransform alignPages(Alignment alignment, Node& moving, Node& fixed) {
   if (alignment != Alignment::Corner && alignment != Alignment::Center) return {};
-  const ContentBox from = contentBox(moving);
-  const ContentBox to = contentBox(fixed);
-  if (from.empty || to.empty) return {};
+  return alignFrames(alignment, pageFrame(moving), pageFrame(fixed));
+}
 
+AlignmentTransform alignFrames(Alignment alignment, const PageFrame& moving,
+                               const PageFrame& fixed) {
+  const ContentBox& from = moving.content;
+  const ContentBox& to = fixed.content;
+  if (from.empty || to.empty) return {};
   if (alignment == Alignment::Corner) {
     return AlignmentTransform(static_cast<double>(from.left), static_cast<double>(from.top), 1.0,
                               1.0, static_cast<double>(to.left), static_cast<double>(to.top));
   }
-  double scaleX = 1.0;
-  double scaleY = 1.0;
-  const auto* movingPage = dynamic_cast<const Page*>(&moving);
-  const auto* fixedPage = dynamic_cast<const Page*>(&fixed);
-  if (movingPage != nullptr && fixedPage != nullptr) {
-    scaleX = sizeRatio(fixedPage->width(), movingPage->width());
-    scaleY = sizeRatio(fixedPage->height(), movingPage->height());
-  }
+  if (alignment != Alignment::Center) return {};
+  const double scaleX = sizeRatio(fixed.width, moving.width);
+  const double scaleY = sizeRatio(fixed.height, moving.height);
   auto centre = [](std::int64_t low, std::int64_t high) {
     return (static_cast<double>(low) + static_cast<double>(high)) / 2.0;
   };

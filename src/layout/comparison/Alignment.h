@@ -55,12 +55,28 @@ struct ContentBox {
   std::int64_t top = 0;
   std::int64_t right = 0;
   std::int64_t bottom = 0;
+
+  void extend(const Rect& rect);
 };
 ContentBox contentBox(Node& subtree);
+
+// What the alignment needs to know of a page: its content box and its stated size (0 when
+// the node is no page or states none).
+struct PageFrame {
+  ContentBox content;
+  std::uint32_t width = 0;
+  std::uint32_t height = 0;
+};
+PageFrame pageFrame(Node& page);
+// The page size part of a frame; a node that is no Page has none.
+void setPageSize(PageFrame& frame, const Node& page);
 
 // How to map the coordinates of the page `moving` onto those of the page `fixed`. Either
 // may be any node (the comparison's stand-in for a missing page has no content and yields
 // the identity).
 AlignmentTransform alignPages(Alignment alignment, Node& moving, Node& fixed);
+// The same from frames that the caller gathered on its own walk over the pages.
+AlignmentTransform alignFrames(Alignment alignment, const PageFrame& moving,
+                               const PageFrame& fixed);
 
 }  // namespace qent::text::layout::comparison

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <stdexcept>
 
 namespace qent::text::layout::comparison {
 
@@ -27,19 +28,17 @@ struct BestList {
   }
 };
 
-// A rectangle entering or leaving the sweep. Leaving sorts before entering at the same row:
-// edges are exclusive, so rectangles that only touch never meet.
-struct Event {
-  std::int64_t y;
-  std::uint32_t enter;  // 0 leave, 1 enter
-  std::uint32_t side;   // 0 left, 1 right
-  std::uint32_t index;
+// A rectangle entering or leaving the sweep, packed into one sortable word:
+//   row (relative to the topmost edge) | enter | side | index
+// Leaving sorts before entering at the same row: edges are exclusive, so rectangles that
+// only touch never meet. Sorting plain integers is what makes the sweep cheap.
+constexpr unsigned kIndexBits = 30;
+constexpr std::uint64_t kIndexMask = (std::uint64_t{1} << kIndexBits) - 1;
 
-  bool operator<(const Event& other) const {
-    if (y != other.y) return y < other.y;
-    return enter < other.enter;
-  }
-};
+std::uint64_t packEvent(std::int64_t row, std::uint64_t enter, std::uint64_t side,
+                        std::uint64_t index) {
+  return (static_cast<std::uint64_t>(row) << 32) | (enter << 31) | (side << kIndexBits) | index;
+}
 
 // The rectangles currently cut by the sweep row, with O(1) removal.
 class ActiveSet {
@@ -67,13 +66,47 @@ bool hasArea(const MatchRect& r) { return r.width() > 0 && r.height() > 0; }
 // Every (left, right) index pair whose rectangles share a positive area, sorted.
 std::vector<std::uint64_t> intersectingPairs(std::span<const MatchRect> left,
                                              std::span<const MatchRect> right) {
-  std::vector<Event> events;
+  std::int64_t top = 0;
+  std::int64_t bottom = 0;
+  bool first = true;
+  for (const auto rects : {left, right}) {
+    for (const MatchRect& r : rects) {
+      if (!hasArea(r)) continue;
+      top = first ? r.top : std::min(top, r.top);
+      bottom = first ? r.bottom : std::max(bottom, r.bottom);
+      first = false;
+    }
+  }
+  std::vector<std::uint64_t> pairs;
+  if (first) return pairs;
+  if (left.size() > kIndexMask || right.size() > kIndexMask) {
+    throw std::length_error("too many rectangles on one page to compare");
+  }
+  // Rows spanning more than 32 bits (only far-fetched coordinates do) are replaced by their
+  // ranks, which keeps their order.
+  std::vector<std::int64_t> rows;
+  if (static_cast<std::uint64_t>(bottom - top) >= (std::uint64_t{1} << 32)) {
+    for (const auto rects : {left, right}) {
+      for (const MatchRect& r : rects) {
+        rows.push_back(r.top);
+        rows.push_back(r.bottom);
+      }
+    }
+    std::sort(rows.begin(), rows.end());
+    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+  }
+  auto rowOf = [&](std::int64_t y) -> std::int64_t {
+    if (rows.empty()) return y - top;
+    return std::lower_bound(rows.begin(), rows.end(), y) - rows.begin();
+  };
+
+  std::vector<std::uint64_t> events;
   events.reserve(2 * (left.size() + right.size()));
-  auto addEvents = [&events](std::span<const MatchRect> rects, std::uint32_t side) {
+  auto addEvents = [&](std::span<const MatchRect> rects, std::uint64_t side) {
     for (std::uint32_t i = 0; i < rects.size(); ++i) {
       if (!hasArea(rects[i])) continue;  // nothing can overlap it
-      events.push_back({rects[i].top, 1, side, i});
-      events.push_back({rects[i].bottom, 0, side, i});
+      events.push_back(packEvent(rowOf(rects[i].top), 1, side, i));
+      events.push_back(packEvent(rowOf(rects[i].bottom), 0, side, i));
     }
   };
   addEvents(left, 0);
@@ -82,24 +115,25 @@ std::vector<std::uint64_t> intersectingPairs(std::span<const MatchRect> left,
 
   const std::span<const MatchRect> rects[2] = {left, right};
   ActiveSet active[2] = {ActiveSet(left.size()), ActiveSet(right.size())};
-  std::vector<std::uint64_t> pairs;
-  for (const Event& event : events) {
-    if (event.enter == 0) {
-      active[event.side].erase(event.index);
+  for (const std::uint64_t event : events) {
+    const auto side = static_cast<std::uint32_t>((event >> kIndexBits) & 1);
+    const auto index = static_cast<std::uint32_t>(event & kIndexMask);
+    if (((event >> 31) & 1) == 0) {
+      active[side].erase(index);
       continue;
     }
     // Everything still active on the other side overlaps this rectangle's first row.
-    const MatchRect& entering = rects[event.side][event.index];
-    const std::uint32_t otherSide = 1 - event.side;
+    const MatchRect& entering = rects[side][index];
+    const std::uint32_t otherSide = 1 - side;
     for (const std::uint32_t other : active[otherSide].members()) {
       const MatchRect& candidate = rects[otherSide][other];
       if (candidate.left < entering.right && entering.left < candidate.right) {
-        const std::uint64_t l = event.side == 0 ? event.index : other;
-        const std::uint64_t r = event.side == 0 ? other : event.index;
+        const std::uint64_t l = side == 0 ? index : other;
+        const std::uint64_t r = side == 0 ? other : index;
         pairs.push_back((l << 32) | r);
       }
     }
-    active[event.side].insert(event.index);
+    active[side].insert(index);
   }
   std::sort(pairs.begin(), pairs.end());
   return pairs;

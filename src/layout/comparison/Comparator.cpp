@@ -13,6 +13,7 @@
 #include "layout/Page.h"
 #include "layout/comparison/Alignment.h"
 #include "layout/comparison/CompareIterator.h"
+#include "layout/comparison/LevelNodes.h"
 #include "layout/comparison/PairReduction.h"
 
 #include <charconv>
@@ -23,9 +24,15 @@ namespace {
 
 std::vector<Node*> pagesOf(Node* root) {
   std::vector<Node*> pages;
-  if (root == nullptr) return pages;
-  for (IteratorTemplate<Page> it(root); !it.atEnd(); ++it) pages.push_back(&*it);
+  if (root != nullptr) collectPages(*root, pages);
   return pages;
+}
+
+// The comparison text of a level node. Level nodes are fragments; one without children
+// (a word without glyphs, a glyph) reads as its own text, which spares the subtree walk.
+std::u16string textOf(Node& node) {
+  if (node.childCount() == 0) return static_cast<const Fragment&>(node).text();
+  return nodeText(node);
 }
 
 std::u16string decimal(std::uint64_t value) {
@@ -50,14 +57,11 @@ Comparator::Comparator(Layout& left, Layout& right, CompareLevel level, bool cha
 Comparator::~Comparator() = default;
 
 const NodeStatistics* Comparator::statistics(const Node* node) const {
-  const auto found = statistics_.find(node);
-  return found == statistics_.end() ? nullptr : &found->second;
+  return statistics_.find(node);
 }
 
 NodeStatistics& Comparator::record(Node& node) {
-  NodeStatistics& stats = statistics_[&node];
-  stats.self = &node;
-  return stats;
+  return statistics_.obtain(node);
 }
 
 void Comparator::compare() {
@@ -87,18 +91,24 @@ void Comparator::compare() {
   }
 }
 
-PageNodes Comparator::collect(Node& page) const {
+PageNodes Comparator::collect(Node& page) {
   PageNodes out;
-  for (CompareIterator it(&page, level_); !it.atEnd(); ++it) {
-    out.nodes.push_back(&*it);
-    out.texts.push_back(nodeText(*it));
+  scanPage(page, level_, out.nodes, out.frame.content);
+  setPageSize(out.frame, page);
+  out.texts.reserve(out.nodes.size());
+  out.records.reserve(out.nodes.size());
+  for (Node* node : out.nodes) {
+    out.texts.push_back(textOf(*node));
+    out.records.push_back(&record(*node));
   }
   return out;
 }
 
 CandidateLists Comparator::match(Node& leftPage, Node& rightPage, const PageNodes& left,
                                  const PageNodes& right) {
-  const AlignmentTransform transform = alignPages(alignment_, leftPage, rightPage);
+  (void)leftPage;  // the frames gathered while collecting the nodes describe both pages
+  (void)rightPage;
+  const AlignmentTransform transform = alignFrames(alignment_, left.frame, right.frame);
   std::vector<MatchRect> leftRects;
   leftRects.reserve(left.nodes.size());
   for (Node* node : left.nodes) {
@@ -115,7 +125,7 @@ CandidateLists Comparator::match(Node& leftPage, Node& rightPage, const PageNode
     const Rect& rect = static_cast<const Fragment*>(node)->rect();
     rightRects.push_back({rect.left, rect.top, rect.right(), rect.bottom()});
   }
-  return findCandidates(leftRects, rightRects);
+  return kernels_.findCandidates(leftRects, rightRects);
 }
 
 void Comparator::comparePagePair(Node& leftPage, Node& rightPage) {
@@ -123,11 +133,10 @@ void Comparator::comparePagePair(Node& leftPage, Node& rightPage) {
   const PageNodes right = collect(rightPage);
   CandidateLists lists = match(leftPage, rightPage, left, right);
   for (const auto& [l, r] : reduceToPairs(lists, left.texts, right.texts)) {
-    Node* leftNode = left.nodes[l];
-    Node* rightNode = right.nodes[r];
-    record(*leftNode).partner = rightNode;
-    record(*rightNode).partner = leftNode;
-    compareNodes({leftNode, left.texts[l]}, {rightNode, right.texts[r]});
+    left.records[l]->partner = right.nodes[r];
+    right.records[r]->partner = left.nodes[l];
+    compareNodes({left.nodes[l], left.texts[l], left.records[l]},
+                 {right.nodes[r], right.texts[r], right.records[r]});
   }
   countUnpaired(left);
   countUnpaired(right);
@@ -135,7 +144,7 @@ void Comparator::comparePagePair(Node& leftPage, Node& rightPage) {
 
 void Comparator::countUnpaired(const PageNodes& page) {
   for (std::size_t i = 0; i < page.nodes.size(); ++i) {
-    NodeStatistics& stats = record(*page.nodes[i]);
+    NodeStatistics& stats = *page.records[i];
     if (stats.partner != nullptr) continue;
     stats.count = characterwise_ ? page.texts[i].size() : 1;
     stats.errors = stats.count;
@@ -146,34 +155,41 @@ void Comparator::countUnpaired(const PageNodes& page) {
 
 void Comparator::aggregate(Node* root) {
   if (root == nullptr || statistics_.contains(root)) return;
-  // Post-order without recursion: a node is summed once all its children are.
+  // Post-order without recursion: each frame sums its children as they finish, and a
+  // finished frame hands its sums to its parent.
   struct Frame {
     Node* node;
     std::size_t next;
+    std::uint64_t count;
+    std::uint64_t errors;
+    std::uint64_t lengthDifference;
   };
-  std::vector<Frame> stack{{root, 0}};
+  std::vector<Frame> stack{{root, 0, 0, 0, 0}};
   while (!stack.empty()) {
     Frame& frame = stack.back();
     if (frame.next < frame.node->childCount()) {
       Node& child = frame.node->child(frame.next++);
       // A node that has a record was compared: it is a leaf of the aggregation.
-      if (!statistics_.contains(&child)) stack.push_back({&child, 0});
+      if (const NodeStatistics* part = statistics_.find(&child)) {
+        frame.count += part->count;
+        frame.errors += part->errors;
+        frame.lengthDifference += part->lengthDifference;
+      } else {
+        stack.push_back({&child, 0, 0, 0, 0});
+      }
       continue;
     }
-    Node& node = *frame.node;
-    stack.pop_back();
-    NodeStatistics sum;
-    for (const auto& child : node.children()) {
-      const NodeStatistics& part = statistics_.at(child.get());
-      sum.count += part.count;
-      sum.errors += part.errors;
-      sum.lengthDifference += part.lengthDifference;
-    }
-    NodeStatistics& stats = record(node);
-    stats.count = sum.count;
-    stats.errors = sum.errors;
-    stats.lengthDifference = sum.lengthDifference;
+    NodeStatistics& stats = record(*frame.node);
+    stats.count = frame.count;
+    stats.errors = frame.errors;
+    stats.lengthDifference = frame.lengthDifference;
     stats.updateRates();
+    stack.pop_back();
+    if (!stack.empty()) {
+      stack.back().count += stats.count;
+      stack.back().errors += stats.errors;
+      stack.back().lengthDifference += stats.lengthDifference;
+    }
   }
 }
 

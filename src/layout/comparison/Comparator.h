@@ -10,14 +10,17 @@
 #pragma once
 
 #include "layout/Node.h"
+#include "layout/comparison/Alignment.h"
 #include "layout/comparison/CandidateMatching.h"
 #include "layout/comparison/CompareEnums.h"
+#include "layout/comparison/EditDistance.h"
 #include "layout/comparison/NodeStatistics.h"
+#include "layout/comparison/StatisticsTable.h"
 
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -27,19 +30,33 @@ class Layout;
 
 namespace qent::text::layout::comparison {
 
-// The nodes of the compared level on one page, in document order, with their texts.
+// The nodes of the compared level on one page, in document order, with their texts and
+// records, and what the alignment needs to know of the page.
 struct PageNodes {
+  PageFrame frame;
   std::vector<Node*> nodes;
   std::vector<std::u16string> texts;
+  std::vector<NodeStatistics*> records;
+};
+
+// The two algorithms a comparison spends its time in. The defaults are the fast exact ones;
+// the benchmark swaps in the obvious quadratic forms to show what these save.
+struct ComparisonKernels {
+  CandidateLists (*findCandidates)(std::span<const MatchRect>, std::span<const MatchRect>) =
+      &comparison::findCandidates;
+  std::size_t (*editDistance)(std::u16string_view, std::u16string_view) =
+      &comparison::editDistance;
 };
 
 class Comparator {
 public:
-  // One side of a compared pair: the node and the text the comparison sees for it (the
-  // texts of all fragments of its subtree, itself included, then those of its contents).
+  // One side of a compared pair: the node, the text the comparison sees for it (the texts
+  // of all fragments of its subtree, itself included, then those of its contents), and the
+  // node's record, which compareNodes fills.
   struct Item {
     Node* node;
     std::u16string_view text;
+    NodeStatistics* stats;
   };
   using PagePair = std::pair<Node*, Node*>;
 
@@ -77,13 +94,16 @@ public:
   // The record of a node, or null when the comparison gave it none.
   const NodeStatistics* statistics(const Node* node) const;
 
+  const ComparisonKernels& kernels() const { return kernels_; }
+  void setKernels(const ComparisonKernels& kernels) { kernels_ = kernels; }
+
 protected:
   // The record of a node, created (all zero but `self`) on first access.
   NodeStatistics& record(Node& node);
 
 private:
   void comparePagePair(Node& leftPage, Node& rightPage);
-  PageNodes collect(Node& page) const;
+  PageNodes collect(Node& page);
   void countUnpaired(const PageNodes& page);
   void aggregate(Node* root);
   void writeAttributes(Node& node, bool withF1) const;
@@ -91,11 +111,12 @@ private:
   Layout& left_;
   Layout& right_;
   std::vector<PagePair> pagePairs_;
-  std::unordered_map<const Node*, NodeStatistics> statistics_;
+  StatisticsTable statistics_;
   CompareLevel level_;
   bool characterwise_;
   bool countLengthDifference_;
   Alignment alignment_;
+  ComparisonKernels kernels_;
   Node placeholder_;
 };
 

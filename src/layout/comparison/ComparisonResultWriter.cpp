@@ -1,7 +1,6 @@
 // ComparisonResultWriter.cpp - streams the result document with RapidJSON's writer.
 #include "layout/comparison/ComparisonResultWriter.h"
 
-#include "base/NumberConversion.h"
 #include "base/Unicode.h"
 #include "layout/Image.h"
 #include "layout/IteratorTemplate.h"
@@ -21,13 +20,9 @@ void key(JsonWriter& out, const char* name) { out.Key(name); }
 
 void unsignedValue(JsonWriter& out, std::uint64_t value) { out.Uint64(value); }
 
-// The shortest text that reads back to the same double (RapidJSON's own Grisu output is
-// not always the shortest), with ".0" kept on whole numbers so a rate reads as a rate.
-void doubleValue(JsonWriter& out, double value) {
-  std::string text = base::formatShortest(value);
-  if (text.find_first_of(".eEn") == std::string::npos) text += ".0";
-  out.RawValue(text.data(), text.size(), rapidjson::kNumberType);
-}
+// RapidJSON's notation, as in every JSON output of the library: a double always shows a
+// decimal point or an exponent ("1.0", "0.5") and reads back to the same value.
+void doubleValue(JsonWriter& out, double value) { out.Double(value); }
 
 // {"error", "error_rate", "f1_measure", "good", "length", "recognition_rate"}
 void writeStatistics(JsonWriter& out, const NodeStatistics& stats) {

@@ -2,8 +2,7 @@
 //
 //   {"root": {"children": [per page pair], "compare": "word", "diff": {...},
 //             "left": {...} | null, "right": {...} | null}}
-// Members appear in ascending key order; doubles print as the shortest text that reads back
-// to the same value.
+// Members appear in ascending key order; doubles print in RapidJSON's notation.
 #pragma once
 
 #include "layout/comparison/CompareEnums.h"

@@ -21,8 +21,8 @@ std::string_view entityClass(const Node& node) {
 EntityComparator::~EntityComparator() = default;
 
 void EntityComparator::compareNodes(const Item& left, const Item& right) {
-  NodeStatistics& l = record(*left.node);
-  NodeStatistics& r = record(*right.node);
+  NodeStatistics& l = *left.stats;
+  NodeStatistics& r = *right.stats;
   const std::string_view leftClass = entityClass(*left.node);
   const std::string_view rightClass = entityClass(*right.node);
   std::uint64_t count = 0;

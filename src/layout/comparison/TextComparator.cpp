@@ -1,8 +1,6 @@
 // TextComparator.cpp - counts, errors and length difference of a text pair.
 #include "layout/comparison/TextComparator.h"
 
-#include "layout/comparison/EditDistance.h"
-
 #include <algorithm>
 
 namespace qent::text::layout::comparison {
@@ -10,13 +8,13 @@ namespace qent::text::layout::comparison {
 TextComparator::~TextComparator() = default;
 
 void TextComparator::compareNodes(const Item& left, const Item& right) {
-  NodeStatistics& l = record(*left.node);
-  NodeStatistics& r = record(*right.node);
+  NodeStatistics& l = *left.stats;
+  NodeStatistics& r = *right.stats;
   const std::uint64_t nL = left.text.size();
   const std::uint64_t nR = right.text.size();
   std::uint64_t good = 0;
   if (characterwise()) {
-    const std::uint64_t distance = editDistance(left.text, right.text);
+    const std::uint64_t distance = kernels().editDistance(left.text, right.text);
     const std::uint64_t longer = std::max(nL, nR);
     good = longer > distance ? longer - distance : 0;
     l.count = nL;

@@ -128,6 +128,27 @@ TEST(CandidateMatchingTest, SweepGivesTheListsOfTheAllPairsLoop) {
   }
 }
 
+TEST(CandidateMatchingTest, RowsFarApartKeepTheirOrder) {
+  // Transformed coordinates may span more than 32 bits of rows.
+  std::mt19937_64 random(5);
+  for (int round = 0; round < 200; ++round) {
+    auto left = randomPage(random, 40, 6);
+    auto right = randomPage(random, 40, 6);
+    for (auto* page : {&left, &right}) {
+      for (MatchRect& r : *page) {
+        if (r.top >= 30) {
+          r.top += 6000000000LL;
+          r.bottom += 6000000000LL;
+        }
+      }
+    }
+    const CandidateLists want = allPairs(left, right);
+    const CandidateLists got = findCandidates(left, right);
+    ASSERT_EQ(got.leftToRight, want.leftToRight) << "round " << round;
+    ASSERT_EQ(got.rightToLeft, want.rightToLeft) << "round " << round;
+  }
+}
+
 TEST(CandidateMatchingTest, OverlapIsIntersectionOverUnion) {
   EXPECT_DOUBLE_EQ(overlapRatio(rect(0, 0, 10, 10), rect(5, 0, 10, 10)), 50.0 / 150.0);
   EXPECT_EQ(overlapRatio(rect(0, 0, 0, 0), rect(0, 0, 0, 0)), 0.0);

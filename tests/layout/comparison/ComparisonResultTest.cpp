@@ -44,13 +44,13 @@ TEST(ComparisonResultTest, WritesTheWholeDocumentInKeyOrder) {
       R"("right":null}],)"
       R"("compare":"word",)"
       R"("diff":{"edits":4,"error_count_left":4,"error_count_right":1,)"
-      R"("f1_measure":0.44444444444444453,"good":2,"recognition_rate_left":0.33333333333333337,)"
+      R"("f1_measure":0.44444444444444455,"good":2,"recognition_rate_left":0.33333333333333339,)"
       R"("recognition_rate_right":0.6666666666666667},)"
       R"("left":{"height":600,"image":"scan.png","stats":{"error":4,"error_rate":0.6666666666666666,)"
-      R"("f1_measure":0.44444444444444453,"good":2,"length":6,"recognition_rate":0.33333333333333337},)"
+      R"("f1_measure":0.44444444444444455,"good":2,"length":6,"recognition_rate":0.33333333333333339},)"
       R"("width":800},)"
       R"("right":{"height":610,"stats":{"error":1,"error_rate":0.3333333333333333,)"
-      R"("f1_measure":0.44444444444444453,"good":2,"length":3,"recognition_rate":0.6666666666666667},)"
+      R"("f1_measure":0.44444444444444455,"good":2,"length":3,"recognition_rate":0.6666666666666667},)"
       R"("width":810}}})");
 }
 

@@ -1,0 +1,66 @@
+// StatisticsTable.cpp - chunked record storage with a linear-probing address index.
+#include "layout/comparison/StatisticsTable.h"
+
+namespace qent::text::layout::comparison {
+
+namespace {
+constexpr std::size_t kInitialSlots = 1024;
+constexpr unsigned kInitialShift = 64 - 10;
+}
+
+StatisticsTable::StatisticsTable() : slots_(kInitialSlots), shift_(kInitialShift) {}
+
+std::size_t StatisticsTable::slotOf(const Node* node) const {
+  // Node addresses are aligned; mix the bits above the alignment.
+  const auto bits = reinterpret_cast<std::uintptr_t>(node) >> 4;
+  return static_cast<std::size_t>((static_cast<std::uint64_t>(bits) * 0x9E3779B97F4A7C15ull) >>
+                                  shift_);
+}
+
+const NodeStatistics* StatisticsTable::find(const Node* node) const {
+  if (node == nullptr) return nullptr;
+  for (std::size_t slot = slotOf(node);; slot = (slot + 1) & (slots_.size() - 1)) {
+    const Slot& entry = slots_[slot];
+    if (entry.node == node) return &recordAt(entry.record);
+    if (entry.node == nullptr) return nullptr;
+  }
+}
+
+NodeStatistics* StatisticsTable::find(const Node* node) {
+  return const_cast<NodeStatistics*>(static_cast<const StatisticsTable&>(*this).find(node));
+}
+
+NodeStatistics& StatisticsTable::obtain(Node& node) {
+  std::size_t slot = slotOf(&node);
+  for (;; slot = (slot + 1) & (slots_.size() - 1)) {
+    if (slots_[slot].node == &node) return recordAt(slots_[slot].record);
+    if (slots_[slot].node == nullptr) break;
+  }
+  // Keep the index at most half full so probes stay short.
+  if (2 * (size_ + 1) > slots_.size()) {
+    grow();
+    slot = slotOf(&node);
+    while (slots_[slot].node != nullptr) slot = (slot + 1) & (slots_.size() - 1);
+  }
+  const auto index = static_cast<std::uint32_t>(size_);
+  if (index % kChunkSize == 0) chunks_.push_back(std::make_unique<NodeStatistics[]>(kChunkSize));
+  slots_[slot] = {&node, index};
+  ++size_;
+  NodeStatistics& stats = recordAt(index);
+  stats.self = &node;
+  return stats;
+}
+
+void StatisticsTable::grow() {
+  std::vector<Slot> old(slots_.size() * 2);
+  old.swap(slots_);
+  --shift_;
+  for (const Slot& entry : old) {
+    if (entry.node == nullptr) continue;
+    std::size_t slot = slotOf(entry.node);
+    while (slots_[slot].node != nullptr) slot = (slot + 1) & (slots_.size() - 1);
+    slots_[slot] = entry;
+  }
+}
+
+}  // namespace qent::text::layout::comparison

@@ -1,0 +1,51 @@
+// StatisticsTable.h - the comparison's records, one per node, found by the node's address.
+//
+// A comparison keeps a record for every compared node and every node above them: hundreds of
+// thousands for a long document. A node-based hash map spends most of the comparison in
+// allocation and pointer chasing, so the records live in large chunks (their addresses stay
+// valid while the table grows) and an open-addressing index of (address, record number)
+// finds them with one probe in most cases.
+#pragma once
+
+#include "layout/comparison/NodeStatistics.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace qent::text::layout::comparison {
+
+class StatisticsTable {
+public:
+  StatisticsTable();
+
+  // The record of node, or null when it has none.
+  const NodeStatistics* find(const Node* node) const;
+  NodeStatistics* find(const Node* node);
+  bool contains(const Node* node) const { return find(node) != nullptr; }
+  // The record of node, created all zero (with `self` set) when it has none. The reference
+  // stays valid for the table's lifetime.
+  NodeStatistics& obtain(Node& node);
+  std::size_t size() const { return size_; }
+
+private:
+  static constexpr std::size_t kChunkSize = 4096;
+  struct Slot {
+    const Node* node = nullptr;
+    std::uint32_t record = 0;
+  };
+
+  std::size_t slotOf(const Node* node) const;
+  void grow();
+  NodeStatistics& recordAt(std::uint32_t index) const {
+    return chunks_[index / kChunkSize][index % kChunkSize];
+  }
+
+  std::vector<Slot> slots_;
+  unsigned shift_;
+  std::vector<std::unique_ptr<NodeStatistics[]>> chunks_;
+  std::size_t size_ = 0;
+};
+
+}  // namespace qent::text::layout::comparison
