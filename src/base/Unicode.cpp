@@ -3,6 +3,8 @@
 
 #include <utf8.h>
 
+#include <cstdint>
+#include <cstring>
 #include <iterator>
 #include <stdexcept>
 
@@ -11,7 +13,8 @@ namespace qent::base {
 namespace {
 
 std::size_t invalidUtf8Offset(std::string_view text) {
-  return static_cast<std::size_t>(utf8::find_invalid(text.begin(), text.end()) - text.begin());
+  const std::size_t bad = findInvalidUtf8(text);
+  return bad == std::string_view::npos ? text.size() : bad;
 }
 
 // Offset of the first lone surrogate, or the size when there is none.
@@ -30,9 +33,45 @@ std::size_t invalidUtf16Offset(std::u16string_view text) {
   return text.size();
 }
 
+// Most text in layouts is ASCII; it needs neither validation nor decoding.
+bool isAscii(std::string_view text) {
+  unsigned char any = 0;
+  for (const char c : text) any |= static_cast<unsigned char>(c);
+  return any < 0x80;
+}
+
+bool isAscii(std::u16string_view text) {
+  char16_t any = 0;
+  for (const char16_t c : text) any |= c;
+  return any < 0x80;
+}
+
 }  // namespace
 
+std::size_t findInvalidUtf8(std::string_view text) {
+  const char* const begin = text.data();
+  const char* const end = begin + text.size();
+  const char* p = begin;
+  while (p < end) {
+    // ASCII eight bytes at a time: no multi-byte sequence contains an ASCII byte, so runs of
+    // other bytes can be checked on their own.
+    while (end - p >= 8) {
+      std::uint64_t word;
+      std::memcpy(&word, p, 8);
+      if ((word & 0x8080808080808080ULL) != 0) break;
+      p += 8;
+    }
+    while (p < end && static_cast<unsigned char>(*p) < 0x80) ++p;
+    const char* run = p;
+    while (p < end && static_cast<unsigned char>(*p) >= 0x80) ++p;
+    const char* bad = utf8::find_invalid(run, p);
+    if (bad != p) return static_cast<std::size_t>(bad - begin);
+  }
+  return std::string_view::npos;
+}
+
 std::u16string utf8ToUtf16(std::string_view text) {
+  if (isAscii(text)) return std::u16string(text.begin(), text.end());
   const std::size_t bad = invalidUtf8Offset(text);
   if (bad != text.size()) {
     throw std::invalid_argument("invalid UTF-8 at byte " + std::to_string(bad));
@@ -44,6 +83,11 @@ std::u16string utf8ToUtf16(std::string_view text) {
 }
 
 std::string utf16ToUtf8(std::u16string_view text) {
+  if (isAscii(text)) {
+    std::string out(text.size(), '\0');
+    for (std::size_t i = 0; i < text.size(); ++i) out[i] = static_cast<char>(text[i]);
+    return out;
+  }
   const std::size_t bad = invalidUtf16Offset(text);
   if (bad != text.size()) {
     throw std::invalid_argument("invalid UTF-16 (lone surrogate) at code unit " +

@@ -10,6 +10,9 @@
 namespace qent::base {
 
 std::u16string utf8ToUtf16(std::string_view text);
+// The offset of the first byte that is not part of valid UTF-8, or npos when all is valid.
+// Fast on ASCII, for checking whole documents before parsing them.
+std::size_t findInvalidUtf8(std::string_view text);
 std::string utf16ToUtf8(std::u16string_view text);
 
 // Lenient variants for diagnostics only (trace lines, error texts): invalid sequences
