@@ -22,7 +22,7 @@ public:
   // The first kind whose table name is `name`, or kCustomKind when no kind has it.
   static std::uint32_t kindForName(std::u16string_view name);
 
-  Box() = default;
+  Box() : Fragment(NodeClass::Box) {}
   ~Box() override;
   void accept(NodeVisitor& visitor) override;
 

@@ -10,7 +10,7 @@ namespace qent::text::layout {
 
 class Content : public Node {
 public:
-  Content() = default;
+  Content() : Node(NodeClass::Content) {}
   ~Content() override;
   void accept(NodeVisitor& visitor) override;
 

@@ -7,7 +7,7 @@ namespace qent::text::layout {
 
 class Field : public Fragment {
 public:
-  Field() = default;
+  Field() : Fragment(NodeClass::Field) {}
   ~Field() override;
   void accept(NodeVisitor& visitor) override;
 

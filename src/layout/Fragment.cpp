@@ -1,7 +1,6 @@
 // Fragment.cpp - visitor dispatch and the glyph-mean confidence of fragments.
 #include "layout/Fragment.h"
 
-#include "layout/Glyph.h"
 #include "layout/IteratorTemplate.h"
 #include "layout/NodeVisitor.h"
 
@@ -13,7 +12,7 @@ Fragment::~Fragment() = default;
 void Fragment::accept(NodeVisitor& visitor) { visitor.visit(*this); }
 
 double Fragment::confidence() const {
-  if (confidence_ >= 0 || dynamic_cast<const Glyph*>(this) != nullptr) return confidence_;
+  if (confidence_ >= 0 || isA<Glyph>(*this)) return confidence_;
   double sum = 0;
   std::int32_t count = 0;
   // The iterator walks mutable nodes; nothing is changed through it.

@@ -44,7 +44,7 @@ struct FontWeight {
 // textangle 0, empty strings and sequences, colour flags false.
 class Fragment : public Node {
 public:
-  Fragment() = default;
+  Fragment() : Node(NodeClass::Fragment) {}
   ~Fragment() override;
   void accept(NodeVisitor& visitor) override;
 
@@ -106,6 +106,7 @@ public:
   void setHasBackgroundColor(bool has) { hasBackgroundColor_ = has; }
 
 protected:
+  explicit Fragment(NodeClass nodeClass) : Node(nodeClass) {}
   Fragment(const Fragment&) = default;
   friend class ShallowCopier;
 

@@ -7,7 +7,7 @@ namespace qent::text::layout {
 
 class Glyph : public Fragment {
 public:
-  Glyph() = default;
+  Glyph() : Fragment(NodeClass::Glyph) {}
   ~Glyph() override;
   void accept(NodeVisitor& visitor) override;
 

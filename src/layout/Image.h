@@ -9,7 +9,7 @@ namespace qent::text::layout {
 
 class Image : public Node {
 public:
-  Image() = default;
+  Image() : Node(NodeClass::Image) {}
   ~Image() override;
   void accept(NodeVisitor& visitor) override;
 

@@ -1,6 +1,7 @@
 // IteratorTemplate.h - the pre-order cursor filtered to the nodes of one class.
 #pragma once
 
+#include "layout/NodeClass.h"
 #include "layout/NodeIterator.h"
 
 namespace qent::text::layout {
@@ -22,8 +23,8 @@ protected:
 };
 
 // Yields the start node and the nodes of its subtree that are a T or derived from T, in
-// document order. Instantiated for Page, Image, Content, Fragment, Box, Line, Word, Glyph,
-// Picture and Node; include the header of T where you use it.
+// document order. Meant for Page, Image, Content, Fragment, Box, Line, Word, Glyph, Picture
+// and Node; other classes are matched with dynamic_cast.
 //
 //   for (IteratorTemplate<Word> it(&root); !it.atEnd(); ++it) use(*it);
 //   for (Word& word : nodesOf<Word>(root)) use(word);
@@ -34,7 +35,7 @@ public:
   IteratorTemplate(const IteratorTemplate&) = default;
   ~IteratorTemplate() override = default;
 
-  virtual bool matches(const Node* node) const { return dynamic_cast<const T*>(node) != nullptr; }
+  virtual bool matches(const Node* node) const { return isA<T>(*node); }
   virtual IteratorTemplate operator++(int) {
     IteratorTemplate before(*this);
     ++*this;

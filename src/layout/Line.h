@@ -8,7 +8,7 @@ namespace qent::text::layout {
 // The three extremes are in pixels; 0 means not set.
 class Line : public Fragment {
 public:
-  Line() = default;
+  Line() : Fragment(NodeClass::Line) {}
   ~Line() override;
   void accept(NodeVisitor& visitor) override;
 

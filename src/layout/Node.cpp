@@ -8,7 +8,8 @@ namespace qent::text::layout {
 Node::Node(const Node& other)
     : id_(other.id_),
       attributes_(other.attributes_),
-      auxiliaryAttributes_(other.auxiliaryAttributes_) {}
+      auxiliaryAttributes_(other.auxiliaryAttributes_),
+      nodeClass_(other.nodeClass_) {}
 
 Node::~Node() {
   // Unlink every descendant before it dies, so each destructor below sees no children and

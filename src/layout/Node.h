@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <string>
@@ -11,6 +12,12 @@ namespace qent::text::layout {
 
 class NodeVisitor;
 class ShallowCopier;
+
+// The library class a node is, or derives from. Set by the constructors, so hot loops can
+// test a node's class without RTTI (see isA in NodeClass.h).
+enum class NodeClass : std::uint8_t {
+  Node, Page, Image, Content, Fragment, Box, Line, Word, Glyph, Picture, Field
+};
 
 // A node owns its children; there is no parent pointer (iterators keep the path instead).
 // Any node kind may be the child of any other. Destroying a node destroys its subtree
@@ -27,6 +34,8 @@ public:
 
   // Calls the visitor's visit for this node's most derived class.
   virtual void accept(NodeVisitor& visitor);
+
+  NodeClass nodeClass() const { return nodeClass_; }
 
   const std::u16string& id() const { return id_; }
   void setId(std::u16string id) { id_ = std::move(id); }
@@ -59,6 +68,7 @@ public:
   Children takeChildren();
 
 protected:
+  explicit Node(NodeClass nodeClass) : nodeClass_(nodeClass) {}
   // Copies the node's own fields, not its children: the one copy the library makes is the
   // shallow copy, and ShallowCopier is the only place that asks for it.
   Node(const Node& other);
@@ -68,6 +78,7 @@ private:
   Attributes attributes_;
   Attributes auxiliaryAttributes_;
   Children children_;
+  NodeClass nodeClass_ = NodeClass::Node;
 };
 
 }  // namespace qent::text::layout

@@ -1,4 +1,4 @@
-// NodeIterator.cpp - pre-order advancing with an explicit path.
+// NodeIterator.cpp - parent, comparison and dereference of the pre-order cursor.
 #include "layout/NodeIterator.h"
 
 #include <stdexcept>
@@ -7,33 +7,11 @@ namespace qent::text::layout {
 
 NodeIterator::~NodeIterator() = default;
 
-Node* NodeIterator::current() const {
-  if (path_.empty()) return start_;
-  const Position& top = path_.back();
-  return (*top.siblings)[top.index].get();
-}
-
 Node* NodeIterator::parent() const {
   if (path_.empty()) return nullptr;
   if (path_.size() == 1) return start_;
   const Position& above = path_[path_.size() - 2];
   return (*above.siblings)[above.index].get();
-}
-
-NodeIterator& NodeIterator::operator++() {
-  Node* node = current();
-  if (node == nullptr) return *this;
-  if (!node->children().empty()) {
-    path_.push_back(Position{&node->children(), 0});
-    return *this;
-  }
-  while (!path_.empty()) {
-    Position& top = path_.back();
-    if (++top.index < top.siblings->size()) return *this;
-    path_.pop_back();
-  }
-  start_ = nullptr;
-  return *this;
 }
 
 NodeIterator NodeIterator::operator++(int) {

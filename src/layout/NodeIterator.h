@@ -23,7 +23,22 @@ public:
   virtual ~NodeIterator();
 
   virtual NodeIterator operator++(int);
-  virtual NodeIterator& operator++();
+  // Defined here, like current(), so that loops over a local cursor inline them.
+  virtual NodeIterator& operator++() {
+    Node* node = current();
+    if (node == nullptr) return *this;
+    if (!node->children().empty()) {
+      path_.push_back(Position{&node->children(), 0});
+      return *this;
+    }
+    while (!path_.empty()) {
+      Position& top = path_.back();
+      if (++top.index < top.siblings->size()) return *this;
+      path_.pop_back();
+    }
+    start_ = nullptr;
+    return *this;
+  }
   virtual bool operator!=(const NodeIterator& other) const;
   // Equal when both stand on the same element of the same children sequence, or both have
   // an empty path and the same start node (two ended cursors are equal).
@@ -35,7 +50,11 @@ public:
   // Null at the start node (or at the end); else the node whose child is current.
   virtual Node* parent() const;
   // Null at the end.
-  virtual Node* current() const;
+  virtual Node* current() const {
+    if (path_.empty()) return start_;
+    const Position& top = path_.back();
+    return (*top.siblings)[top.index].get();
+  }
 
   // Levels between the start node and the current node (0 at the start node).
   std::size_t depth() const { return path_.size(); }

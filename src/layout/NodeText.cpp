@@ -1,8 +1,7 @@
 // NodeText.cpp - concatenated subtree texts.
 #include "layout/NodeText.h"
 
-#include "layout/Content.h"
-#include "layout/Fragment.h"
+#include "layout/NodeClass.h"
 #include "layout/NodeIterator.h"
 
 namespace qent::text::layout {
@@ -13,10 +12,10 @@ void collect(const Node& node, std::u16string* fragments, std::u16string& conten
   // The cursor walks mutable nodes; nothing is changed through it.
   for (NodeIterator it(const_cast<Node*>(&node)); it.current() != nullptr; ++it) {
     const Node* current = it.current();
-    if (const auto* fragment = dynamic_cast<const Fragment*>(current)) {
-      if (fragments != nullptr) *fragments += fragment->text();
-    } else if (const auto* content = dynamic_cast<const Content*>(current)) {
-      contents += content->text();
+    if (isA<Fragment>(*current)) {
+      if (fragments != nullptr) *fragments += static_cast<const Fragment*>(current)->text();
+    } else if (isA<Content>(*current)) {
+      contents += static_cast<const Content*>(current)->text();
     }
   }
 }

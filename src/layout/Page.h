@@ -10,7 +10,7 @@ namespace qent::text::layout {
 
 class Page : public Node {
 public:
-  Page() = default;
+  Page() : Node(NodeClass::Page) {}
   ~Page() override;
   void accept(NodeVisitor& visitor) override;
 

@@ -9,7 +9,7 @@ namespace qent::text::layout {
 
 class Picture : public Fragment {
 public:
-  Picture() = default;
+  Picture() : Fragment(NodeClass::Picture) {}
   ~Picture() override;
   void accept(NodeVisitor& visitor) override;
 

@@ -11,7 +11,7 @@ namespace qent::text::layout {
 // rejected, by a word check.
 class Word : public Fragment {
 public:
-  Word() = default;
+  Word() : Fragment(NodeClass::Word) {}
   ~Word() override;
   void accept(NodeVisitor& visitor) override;
 

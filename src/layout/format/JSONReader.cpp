@@ -5,12 +5,11 @@
 #include "base/TraceLog.h"
 #include "base/Unicode.h"
 #include "layout/Layout.h"
-#include "layout/Nodes.h"
+#include "layout/NodeClass.h"
 #include "layout/format/LayoutKeys.h"
 #include "layout/format/internal/JsonLayoutHandler.h"
 
 #include <rapidjson/error/en.h>
-#include <rapidjson/memorystream.h>
 #include <rapidjson/reader.h>
 
 #include <limits>
@@ -94,11 +93,18 @@ JSONReader::~JSONReader() = default;
 
 std::unique_ptr<Layout> JSONReader::read(std::string_view utf8) {
   if (utf8.substr(0, 3) == "\xEF\xBB\xBF") utf8.remove_prefix(3);
+  // Checked in one fast pass here instead of character by character by the parser.
+  const std::size_t invalid = base::findInvalidUtf8(utf8);
+  if (invalid != std::string_view::npos) {
+    traceFailure("invalid UTF-8 at byte " + std::to_string(invalid));
+    throw base::QentException(base::kErrorJson, "Failed to parse JSON layout");
+  }
+  // The parser decodes strings in place in this copy rather than copying each of them.
+  std::string text(utf8);
   internal::JsonLayoutHandler handler(*this);
-  rapidjson::MemoryStream stream(utf8.data(), utf8.size());
+  rapidjson::InsituStringStream stream(text.data());
   rapidjson::Reader reader;
-  constexpr unsigned kFlags = rapidjson::kParseIterativeFlag |
-                              rapidjson::kParseValidateEncodingFlag |
+  constexpr unsigned kFlags = rapidjson::kParseIterativeFlag | rapidjson::kParseInsituFlag |
                               rapidjson::kParseNumbersAsStringsFlag;
   const rapidjson::ParseResult parsed = reader.Parse<kFlags>(stream, handler);
   if (parsed.IsError()) {
@@ -268,7 +274,7 @@ void JSONReader::readCommon(Node& node, JsonNodeRecord& r, NodeType kind) {
     node.attributes().insert_or_assign(std::move(a.key16), std::move(value));
   }
   if (r.hasAttributeBaseline) {
-    if (auto* fragment = dynamic_cast<Fragment*>(&node)) fragment->setBaseline(r.attributeBaseline);
+    if (isA<Fragment>(node)) static_cast<Fragment&>(node).setBaseline(r.attributeBaseline);
   }
   if (!r.children.empty()) {
     node.reserveChildren(r.children.size());

@@ -17,7 +17,8 @@ class Fragment;
 namespace qent::text::layout::format {
 
 // Reads with RapidJSON's iterative SAX parser: no tree of JSON values is built and no input
-// drives the stack. Node objects are dispatched on "type"; a name without a NodeType code
+// drives the stack. The input is checked for UTF-8 first and then parsed in place in one
+// copy of it, so reading needs the text twice over plus the tree. Node objects are dispatched on "type"; a name without a NodeType code
 // (also "node", "fragment" and the box names other than "content_area") becomes a Content
 // node that keeps the name and its "text". Members of the wrong kind count as absent.
 // Attribute numbers become their "%Lf" text ("3" -> "3.000000"). The members the writer

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstring>
 #include <stdexcept>
 #include <string_view>
 #include <vector>
@@ -49,8 +50,14 @@ double finite(double value, std::string_view member) {
   return value;
 }
 
+// The format's own keys need no escaping, so they go out as prepared text; the writer still
+// places the separators. Attribute keys are free text and go through Key().
 void key(JSONWriter::Output& out, std::string_view name) {
-  out.Key(name.data(), static_cast<rapidjson::SizeType>(name.size()));
+  char quoted[32];
+  quoted[0] = '"';
+  std::memcpy(quoted + 1, name.data(), name.size());
+  quoted[name.size() + 1] = '"';
+  out.RawValue(quoted, name.size() + 2, rapidjson::kStringType);
 }
 
 void string(JSONWriter::Output& out, std::string_view text) {
@@ -259,7 +266,7 @@ void JSONWriter::writeAttributes(const Members& m) {
   Output& out = *out_;
   out.StartObject();
   for (const Entry& entry : entries) {
-    key(out, entry.key);
+    out.Key(entry.key.data(), static_cast<rapidjson::SizeType>(entry.key.size()));
     if (entry.extra == nullptr) {
       string(out, utf8Of(*entry.value, entry.key));
     } else if (entry.extra->isNumber) {

@@ -88,7 +88,6 @@ private:
   std::vector<JsonNodeRecord> records_;
   std::size_t nodeDepth_ = 0;
   std::size_t jsonDepth_ = 0;
-  std::size_t skipDepth_ = 0;  // containers open since the first fault
   bool rootKey_ = false;
   Member member_ = Member::Unknown;
   std::string attributeKey_;
