@@ -8,18 +8,6 @@ namespace qent::text::layout::comparison {
 
 namespace {
 
-// Classifies one node without visiting its children.
-class LevelClassifier : public NodeVisitor {
-public:
-  using NodeVisitor::visit;
-  void visit(Glyph&) override { level = CompareLevel::Glyph; }
-  void visit(Word&) override { level = CompareLevel::Word; }
-  void visit(Line&) override { level = CompareLevel::Line; }
-  void visit(Node&) override {}
-
-  CompareLevel level = CompareLevel::None;
-};
-
 class LevelCollector : public NodeVisitor {
 public:
   LevelCollector(CompareLevel level, std::vector<Node*>& out) : level_(level), out_(out) {}
@@ -79,9 +67,16 @@ private:
 }  // namespace
 
 CompareLevel levelOf(const Node& node) {
-  LevelClassifier classifier;
-  const_cast<Node&>(node).accept(classifier);  // classifying changes nothing
-  return classifier.level;
+  switch (node.nodeClass()) {
+    case NodeClass::Glyph:
+      return CompareLevel::Glyph;
+    case NodeClass::Word:
+      return CompareLevel::Word;
+    case NodeClass::Line:
+      return CompareLevel::Line;
+    default:
+      return CompareLevel::None;
+  }
 }
 
 void collectLevelNodes(Node& start, CompareLevel level, std::vector<Node*>& out) {
