@@ -1,6 +1,7 @@
 // OrmidaJob.h - the job of this library: properties, results, documents and tracing.
 #pragma once
 
+#include "job/InputLoader.h"
 #include "job/JobImplementationBase.h"
 
 #include <cstdint>
@@ -27,12 +28,15 @@ public:
   void setResult(std::uint32_t number, std::u16string value);
   void setSubResult(std::uint32_t mainNumber, std::uint32_t subNumber, std::u16string value);
   std::uint64_t traceOpenings() const { return traceOpenings_; }
+  // The loaded documents; index 0 is the main document. Each execute replaces them.
+  DocumentList& documents() { return documents_; }
 
 private:
   void openTrace(const std::u16string& fileName);
 
   std::unordered_map<std::uint32_t, std::u16string> results_;
   std::unordered_map<std::uint32_t, std::u16string> subResults_;
+  DocumentList documents_;
   std::vector<std::u16string> scratch_;  // the small list the operations share
   std::uint64_t traceOpenings_ = 0;
 };

@@ -1,0 +1,108 @@
+// CliTest.cpp - the ormida tool from the shell: properties in order, results printed,
+// errors on standard error with a non-zero exit status.
+#include "support/TempDir.h"
+
+#include <gtest/gtest.h>
+
+#if !defined(_WIN32)
+
+#include <sys/wait.h>
+
+#include <array>
+#include <cstdio>
+
+namespace {
+
+using qent::test::readAll;
+using qent::test::TempDir;
+
+struct CliRun {
+  int status;
+  std::string out;
+  std::string err;
+};
+
+CliRun runCli(const std::string& arguments, const TempDir& dir) {
+  const auto errFile = dir / "stderr.txt";
+  const std::string command = "cd '" + dir.path().string() + "' && '" ORMIDA_CLI_PATH "' " +
+                              arguments + " 2>'" + errFile.string() + "'";
+  CliRun run{};
+  FILE* pipe = popen(command.c_str(), "r");
+  std::array<char, 4096> buffer{};
+  size_t n = 0;
+  while ((n = fread(buffer.data(), 1, buffer.size(), pipe)) > 0) run.out.append(buffer.data(), n);
+  const int status = pclose(pipe);
+  run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  run.err = readAll(errFile);
+  return run;
+}
+
+const char* kLayout =
+    R"({"root":{"children":[{"index_in_layout":0,"type":"page"}],"type":"node"}})";
+
+TEST(CliTest, PrintsTheVersion) {
+  TempDir dir;
+  const CliRun run = runCli("--version", dir);
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.out, "Ormida 1.7.0.170980\n");
+}
+
+TEST(CliTest, ConvertsAJsonLayout) {
+  TempDir dir;
+  dir.write("x.json", kLayout);
+  const CliRun run =
+      runCli("InputFilename=x.json OutputFilename=y.json OutputFilename.Format=json", dir);
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(readAll(dir / "y.json"), kLayout);
+}
+
+TEST(CliTest, ReadsAValueFromAFile) {
+  TempDir dir;
+  dir.write("x.json", kLayout);
+  dir.write("format.txt", "json");
+  const CliRun run = runCli("InputFilename=x.json OutputFilename=y.json "
+                         "OutputFilename.Format=@format.txt",
+                         dir);
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_TRUE(std::filesystem::exists(dir / "y.json"));
+}
+
+TEST(CliTest, FailureGoesToStandardErrorWithTheCode) {
+  TempDir dir;
+  const CliRun run = runCli("InputFilename=missing.json", dir);
+  EXPECT_EQ(run.status, 1);
+  EXPECT_NE(run.err.find("error in OrmidaJobExecute: stat failed for file "), std::string::npos)
+      << run.err;
+  EXPECT_NE(run.err.find("(code 9)"), std::string::npos) << run.err;
+}
+
+TEST(CliTest, UsageErrors) {
+  TempDir dir;
+  EXPECT_EQ(runCli("Nonsense=1", dir).status, 2);
+  EXPECT_NE(runCli("Nonsense=1", dir).err.find("unknown property Nonsense"), std::string::npos);
+  EXPECT_EQ(runCli("novalue", dir).status, 2);
+  EXPECT_EQ(runCli("WorkSpace=@missing-file", dir).status, 2);
+  EXPECT_EQ(runCli("", dir).status, 2);
+}
+
+TEST(CliTest, HelpListsPropertiesWithDefaults) {
+  TempDir dir;
+  const CliRun run = runCli("--help", dir);
+  EXPECT_EQ(run.status, 0);
+  for (const char* text : {"InputFilename", "OutputFilename.Format", "HOCR", "Compare.Level",
+                           "--get", "Compare.Result"}) {
+    EXPECT_NE(run.out.find(text), std::string::npos) << text;
+  }
+}
+
+TEST(CliTest, GetOfAMissingResultFails) {
+  TempDir dir;
+  dir.write("x.json", kLayout);
+  const CliRun run = runCli("InputFilename=x.json --get Compare.Result", dir);
+  EXPECT_EQ(run.status, 1);
+  EXPECT_NE(run.err.find("no result Compare.Result"), std::string::npos) << run.err;
+}
+
+}  // namespace
+
+#endif

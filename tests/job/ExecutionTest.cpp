@@ -1,0 +1,297 @@
+// ExecutionTest.cpp - one execution through the C interface: loading inputs from files,
+// patterns and memory, writing outputs to files and the callback, and the errors.
+#include "ormida/ormida.h"
+
+#include "support/JobApi.h"
+#include "support/TempDir.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace {
+
+using qent::test::Job;
+using qent::test::readAll;
+using qent::test::TempDir;
+
+// A small JSON layout with one word whose text names the document.
+std::string layoutNamed(const std::string& word) {
+  return R"({"root":{"children":[{"children":[{"children":[{"height":10,"left":0,"text":")" +
+         word +
+         R"(","top":0,"type":"word","width":40}],"height":10,"left":0,"top":0,"type":"line","width":40}],"index_in_layout":0,"type":"page"}],"type":"node"}})";
+}
+
+std::string errorOf(Job& job) {
+  const std::string text = job.errorText();
+  return text.rfind("error in OrmidaJobExecute: ", 0) == 0 ? text.substr(27) : "<" + text + ">";
+}
+
+TEST(ExecutionTest, JsonLayoutComesOutByteIdentical) {
+  TempDir dir;
+  const std::string layout = layoutNamed("alpha");
+  dir.write("in.json", layout);
+  Job job;
+  job.set("WorkSpace", dir.path().string());
+  job.set("InputFilename", "in.json");
+  job.set("OutputFilename", "out.json");
+  job.set("OutputFilename.Format", "json");
+  ASSERT_EQ(job.execute(), ORMIDA_OK) << job.errorText();
+  EXPECT_EQ(readAll(dir / "out.json"), layout);
+}
+
+struct Captured {
+  std::vector<std::string> texts;
+  std::vector<uint64_t> userdata;
+  std::vector<uint32_t> reserved;
+};
+
+extern "C" void captureOutput(const char* bytes, size_t count, uint64_t userdata,
+                              uint32_t reserved) {
+  auto* captured = reinterpret_cast<Captured*>(static_cast<uintptr_t>(userdata));
+  captured->texts.emplace_back(bytes, count);
+  captured->userdata.push_back(userdata);
+  captured->reserved.push_back(reserved);
+}
+
+TEST(ExecutionTest, MemoryInputAndCallbackOutput) {
+  const std::string first = layoutNamed("first");
+  const std::string second = layoutNamed("second");
+  Captured captured;
+  Job job;
+  job.set("InputMemoryAddress",
+          std::to_string(reinterpret_cast<uintptr_t>(first.data())) + ":" +
+              std::to_string(first.size()) + ";" +
+              std::to_string(reinterpret_cast<uintptr_t>(second.data())) + ":" +
+              std::to_string(second.size()));
+  job.set("InputFilename", "ignored-because-memory-wins.json");
+  job.set("MemoryOutputCallback", std::to_string(reinterpret_cast<uintptr_t>(&captureOutput)));
+  job.set("MemoryOutputUserdata", std::to_string(reinterpret_cast<uintptr_t>(&captured)));
+  job.set("OutputFilename.Format", "JSON");
+  ASSERT_EQ(job.execute(), ORMIDA_OK) << job.errorText();
+  ASSERT_EQ(captured.texts.size(), 1u);
+  EXPECT_EQ(captured.texts[0], first) << "the main document is the first one";
+  EXPECT_EQ(captured.reserved[0], 0u);
+}
+
+TEST(ExecutionTest, FileListsAndPatternsLoadInSortedOrder) {
+  TempDir dir;
+  for (const char* name : {"b.json", "a.json", "c.json", "a.txt"}) {
+    dir.write(std::string("in/") + name, layoutNamed(name));
+  }
+  Captured captured;
+  auto run = [&](const char* property, const std::string& value) {
+    captured.texts.clear();
+    Job job;
+    job.set("WorkSpace", dir.path().string());
+    job.set(property, value);
+    job.set("MemoryOutputCallback", std::to_string(reinterpret_cast<uintptr_t>(&captureOutput)));
+    job.set("MemoryOutputUserdata", std::to_string(reinterpret_cast<uintptr_t>(&captured)));
+    job.set("OutputFilename.Format", "json");
+    EXPECT_EQ(job.execute(), ORMIDA_OK) << job.errorText();
+    return captured.texts.empty() ? std::string() : captured.texts[0];
+  };
+  EXPECT_EQ(run("InputFilename", "in/*.json"), layoutNamed("a.json"));
+  EXPECT_EQ(run("InputFilename", "in/c.json;in/a.json"), layoutNamed("c.json"));
+  EXPECT_EQ(run("InputFilenamePattern", "in/?.JSON"), layoutNamed("a.json"));
+  EXPECT_EQ(run("InputFilename", (dir / "in" / "b.json").string()), layoutNamed("b.json"))
+      << "absolute paths ignore the workspace";
+}
+
+TEST(ExecutionTest, RepeatedExecuteReloadsTheDocuments) {
+  TempDir dir;
+  dir.write("in.json", layoutNamed("before"));
+  Job job;
+  job.set("WorkSpace", dir.path().string());
+  job.set("InputFilename", "in.json");
+  job.set("OutputFilename", "out.json");
+  job.set("OutputFilename.Format", "json");
+  ASSERT_EQ(job.execute(), ORMIDA_OK);
+  dir.write("in.json", layoutNamed("after"));
+  ASSERT_EQ(job.execute(), ORMIDA_OK);
+  EXPECT_EQ(readAll(dir / "out.json"), layoutNamed("after"));
+}
+
+TEST(ExecutionTest, NothingIsWrittenWithoutAnOutputProperty) {
+  TempDir dir;
+  dir.write("in.json", layoutNamed("x"));
+  Job job;
+  job.set("WorkSpace", dir.path().string());
+  job.set("InputFilename", "in.json");
+  EXPECT_EQ(job.execute(), ORMIDA_OK) << job.errorText();
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path()),
+                          std::filesystem::directory_iterator()),
+            1);
+}
+
+TEST(ExecutionTest, UnsupportedFormatWritesNothingAndKeepsTheEarlierFile) {
+  TempDir dir;
+  dir.write("in.json", layoutNamed("x"));
+  dir.write("out.json", "earlier output");
+  for (const char* formats : {"pdf", "json;pdf", "", ";"}) {
+    Job job;
+    job.set("WorkSpace", dir.path().string());
+    job.set("InputFilename", "in.json");
+    job.set("OutputFilename", "out.json");
+    job.set("OutputFilename.Format", formats);
+    EXPECT_EQ(job.execute(), ORMIDA_FAILED) << formats;
+    EXPECT_EQ(errorOf(job), "unsupported output format specified") << formats;
+  }
+  EXPECT_EQ(readAll(dir / "out.json"), "earlier output");
+}
+
+struct BadInputCase {
+  const char* label;
+  const char* property;
+  std::string value;
+  const char* expectedStart;
+};
+
+void PrintTo(const BadInputCase& k, std::ostream* out) { *out << k.label; }
+
+class BadInputTest : public ::testing::TestWithParam<BadInputCase> {};
+
+TEST_P(BadInputTest, FailsWithAClearErrorNamingTheInput) {
+  TempDir dir;
+  dir.write("empty.json", "");
+  dir.write("blank.json", " \n\t ");
+  std::filesystem::create_directories(dir / "folder.json");
+  Job job;
+  job.set("WorkSpace", dir.path().string());
+  job.set(GetParam().property, GetParam().value);
+  job.set("OutputFilename", "out.json");
+  job.set("OutputFilename.Format", "json");
+  EXPECT_EQ(job.execute(), ORMIDA_FAILED);
+  const std::string error = errorOf(job);
+  EXPECT_EQ(error.rfind(GetParam().expectedStart, 0), 0u) << error;
+  EXPECT_FALSE(std::filesystem::exists(dir / "out.json"));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, BadInputTest,
+    ::testing::Values(
+        BadInputCase{"MissingFile", "InputFilename", "missing.json",
+                     "stat failed for file "},
+        BadInputCase{"EmptyFile", "InputFilename", "empty.json", "No document loaded: "},
+        BadInputCase{"BlankFile", "InputFilename", "blank.json", "No document loaded: "},
+        BadInputCase{"Directory", "InputFilename", "folder.json", "reading error (errno "},
+        BadInputCase{"PatternMatchesNothing", "InputFilename", "*.hocr",
+                     "No document loaded: no file matches the pattern "},
+        BadInputCase{"PatternInMissingDirectory", "InputFilenamePattern", "nodir/*.json",
+                     "No document loaded: cannot list the directory "},
+        BadInputCase{"AddressZero", "InputMemoryAddress", "0:10",
+                     "InputMemoryAddress item 1 \"0:10\" has the address 0"},
+        BadInputCase{"SizeZero", "InputMemoryAddress", "4096:0",
+                     "InputMemoryAddress item 1 \"4096:0\" has the size 0"},
+        BadInputCase{"MalformedItem", "InputMemoryAddress", "12345",
+                     "InputMemoryAddress item 1 \"12345\" is not of the form ADDRESS:SIZE"},
+        BadInputCase{"NegativeSize", "InputMemoryAddress", "4096:-1",
+                     "InputMemoryAddress item 1 \"4096:-1\" is not of the form"},
+        BadInputCase{"HugeNumber", "InputMemoryAddress", "99999999999999999999999:1",
+                     "InputMemoryAddress item 1 \"99999999999999999999999:1\" has a number"},
+        BadInputCase{"OnlySeparators", "InputFilename", ";;", "No document loaded"}),
+    [](const auto& testInfo) { return std::string(testInfo.param.label); });
+
+TEST(ExecutionTest, BrokenLayoutReportsTheReadersError) {
+  TempDir dir;
+  dir.write("broken.json", "{\"root\": [}");
+  Job job;
+  job.set("WorkSpace", dir.path().string());
+  job.set("InputFilename", "broken.json");
+  EXPECT_EQ(job.execute(), 20039u);
+  EXPECT_EQ(errorOf(job), "Failed to parse JSON layout");
+}
+
+TEST(ExecutionTest, MissingOperationsFailWithTheirNames) {
+  TempDir dir;
+  dir.write("in.json", layoutNamed("x"));
+  const std::pair<const char*, const char*> switches[] = {
+      {"EntityExtraction", "Entity extraction (EntityExtraction)"},
+      {"CheckMask", "Region template evaluation (CheckMask)"},
+      {"WordRecognizer", "Word recognition (WordRecognizer)"},
+      {"AddressRecognition", "Address recognition (AddressRecognition)"}};
+  for (const auto& [property, operation] : switches) {
+    Job job;
+    job.set("WorkSpace", dir.path().string());
+    job.set("InputFilename", "in.json");
+    job.set(property, "true");
+    EXPECT_EQ(job.execute(), 20020u) << property;
+    EXPECT_EQ(errorOf(job), std::string(operation) + " is not available in this build of Ormida");
+  }
+}
+
+TEST(ExecutionTest, UnknownWordRecognizerOptionIsRefused) {
+  TempDir dir;
+  dir.write("in.json", layoutNamed("x"));
+  Job job;
+  job.set("WorkSpace", dir.path().string());
+  job.set("InputFilename", "in.json");
+  job.set("WordRecognizer", "1");
+  job.set("WordRecognizer.Colour", "blue");
+  EXPECT_EQ(job.execute(), 20020u);
+  EXPECT_EQ(errorOf(job), "unknown subproperty set to WordRecognizer");
+}
+
+TEST(ExecutionTest, BadIntegerOptionIsAnUndefinedError) {
+  TempDir dir;
+  dir.write("in.json", layoutNamed("x"));
+  Job job;
+  job.set("WorkSpace", dir.path().string());
+  job.set("InputFilename", "in.json");
+  job.set("BestOfLayout", "true");
+  job.set("BestOfLayout.PageWidth", "wide");
+  EXPECT_EQ(job.execute(), ORMIDA_FAILED);
+  EXPECT_EQ(job.errorText(), "undefined error in OrmidaJobExecute");
+}
+
+TEST(ExecutionTest, CompareNeedsASecondDocument) {
+  TempDir dir;
+  dir.write("in.json", layoutNamed("x"));
+  Job job;
+  job.set("WorkSpace", dir.path().string());
+  job.set("InputFilename", "in.json");
+  job.set("Compare", "true");
+  EXPECT_EQ(job.execute(), ORMIDA_FAILED);
+  EXPECT_EQ(errorOf(job), "No CompareWidth document loaded");
+  job.set("Compare.With", "missing.json");
+  EXPECT_EQ(job.execute(), ORMIDA_FAILED) << "a With that does not load falls back";
+  EXPECT_EQ(errorOf(job), "No CompareWidth document loaded");
+}
+
+TEST(ExecutionTest, PlainTextMainDocumentHasNoLayoutToWrite) {
+  TempDir dir;
+  dir.write("notes.txt", "just some text\n");
+  Job job;
+  job.set("WorkSpace", dir.path().string());
+  job.set("InputFilename", "notes.txt");
+  job.set("OutputFilename", "out.json");
+  job.set("OutputFilename.Format", "json");
+  EXPECT_EQ(job.execute(), ORMIDA_FAILED);
+  EXPECT_NE(errorOf(job).find("is plain text and has no layout to write"), std::string::npos);
+}
+
+TEST(ExecutionTest, Utf16InputIsConverted) {
+  const std::string layout = layoutNamed("Stra\xC3\x9F" "e");
+  const std::u16string wide = qent::test::u16(layout);
+  std::string bytes = "\xFF\xFE";
+  for (char16_t c : wide) {
+    bytes.push_back(static_cast<char>(c & 0xFF));
+    bytes.push_back(static_cast<char>(c >> 8));
+  }
+  TempDir dir;
+  dir.write("utf16.json", bytes);
+  dir.write("bom.json", "\xEF\xBB\xBF" + layout);
+  for (const char* name : {"utf16.json", "bom.json"}) {
+    Job job;
+    job.set("WorkSpace", dir.path().string());
+    job.set("InputFilename", name);
+    job.set("OutputFilename", "out.json");
+    job.set("OutputFilename.Format", "json");
+    ASSERT_EQ(job.execute(), ORMIDA_OK) << job.errorText();
+    EXPECT_EQ(readAll(dir / "out.json"), layout) << name;
+  }
+}
+
+}  // namespace
