@@ -33,9 +33,8 @@ std::u16string wide(const OrmidaChar* text) {
 // The run-time type check of a handle: the tag is read first, so that a pointer to some
 // other block (zeroed memory, a freed job) is refused before its virtual table is used.
 JobImplementationBase* asJob(OrmidaJobHandle handle) noexcept {
-  if (handle == nullptr) return nullptr;
+  if (!JobImplementationBase::isLiveJobAt(handle)) return nullptr;
   auto* candidate = static_cast<JobImplementationBase*>(reinterpret_cast<OrmidaJob*>(handle));
-  if (!candidate->hasJobTag()) return nullptr;
   return dynamic_cast<JobImplementationBase*>(
       static_cast<JobImplementationBaseDummy*>(candidate));
 }
