@@ -3,6 +3,7 @@
 // so it doubles as the example of how to drive the library.
 #include "ormida/ormida.h"
 
+#include "CompareSummary.h"
 #include "PropertyHelp.h"
 
 #include <CLI/CLI.hpp>
@@ -80,6 +81,42 @@ private:
   OrmidaJobHandle job_ = nullptr;
 };
 
+// The comparison summary of --summary, then where the full result went.
+int printCompareSummary(OrmidaJobHandle job, const std::vector<std::string>& assignments) {
+  const OrmidaString name = toOrmida("Compare.Result");
+  size_t size = 0;
+  OrmidaString value;
+  uint32_t got = OrmidaJobGetProperty(job, name.c_str(), nullptr, &size);
+  if (got == ORMIDA_BUFFER_TOO_SMALL) {
+    value.resize(size);
+    got = OrmidaJobGetProperty(job, name.c_str(), value.data(), &size);
+    value.resize(size - 1);
+  }
+  if (got != ORMIDA_OK) {
+    std::cerr << "ormida: --summary: no comparison result (set Compare=true)\n";
+    return 1;
+  }
+  std::cout << ormida::cli::compareSummary(fromOrmida(value));
+  // The library resolves a relative output name against WorkSpace; say where that is.
+  std::string workSpace, output;
+  for (const std::string& assignment : assignments) {
+    if (assignment.rfind("WorkSpace=", 0) == 0) workSpace = assignment.substr(10);
+    if (assignment.rfind("Compare.OutputFilename=", 0) == 0) output = assignment.substr(23);
+  }
+  if (!output.empty()) {
+    const bool absolute = output[0] == '/' || output[0] == '\\' ||
+                          (output.size() > 1 && output[1] == ':');
+    if (!absolute && !workSpace.empty()) {
+      const char last = workSpace.back();
+      output = workSpace + (last == '/' || last == '\\' ? "" : "/") + output;
+    }
+    std::cout << "\nFull result: " << output << "\n";
+  } else {
+    std::cout << "\nFull result: --get Compare.Result, or set Compare.OutputFilename\n";
+  }
+  return 0;
+}
+
 int run(int argc, char** argv) {
   CLI::App app{"ormida - process OCR results: convert layouts, compare a recognition with its "
                "ground truth.\n" + versionText(),
@@ -88,11 +125,14 @@ int run(int argc, char** argv) {
   std::vector<std::string> assignments;
   std::vector<std::string> gets;
   bool version = false;
+  bool summary = false;
   app.add_option("NAME=VALUE", assignments,
                  "set a job property; NAME=@FILE sets it to the contents of FILE (UTF-8)");
   app.add_option("--get", gets, "after executing, print this result property (repeatable)")
       ->type_name("NAME");
   app.add_flag("--version", version, "print the version text");
+  app.add_flag("--summary", summary,
+               "after executing, print a summary of the comparison result (with Compare=true)");
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& e) {
@@ -168,6 +208,7 @@ int run(int argc, char** argv) {
     }
     std::cout << fromOrmida(value) << "\n";
   }
+  if (summary) return printCompareSummary(job.get(), assignments);
   return 0;
 }
 

@@ -12,6 +12,9 @@
 #include "job/PropertyValues.h"
 #include "job/property_table.h"
 #include "layout/Layout.h"
+#include "layout/comparison/LayoutComparison.h"
+#include "layout/comparison/LayoutTransformation.h"
+#include "layout/format/JSONWriter.h"
 #include "ormida/ormida.h"
 
 #include <stdexcept>
@@ -116,15 +119,36 @@ void JobExecution::regionTemplates() {
 }
 
 void JobExecution::comparison() {
-  std::u16string with;
+  namespace comparison = text::layout::comparison;
+  comparison::CompareOptions options;  // Word, Text, edit distance, partial errors, Corner
+  std::u16string with, outputFilename;
   for (const auto& [sub, value] : properties_.subProperties(kCompare)) {
-    if (sub == kWith) with = value;
+    switch (sub) {
+      case kLevel: options.level = comparison::levelFromName(value); break;
+      case kMode: options.mode = comparison::modeFromName(value); break;
+      case kEditDistance: options.characterwise = toBoolean(value); break;
+      case kPartialSegmentationErrors: options.countLengthDifference = toBoolean(value); break;
+      case kTransformStrategy: options.alignment = comparison::alignmentFromName(value); break;
+      case kWith: with = value; break;
+      case kOutputFilename: outputFilename = value; break;
+      default: break;
+    }
   }
   auto second = loadOptional(with);
   if (!second && job_.documents().size() < 2) {
     throw std::runtime_error("No CompareWidth document loaded");
   }
-  unavailable("Layout comparison (Compare)");
+  const Document& left = *job_.documents().front();
+  const Document& right = second ? *second : *job_.documents()[1];
+  for (const Document* document : {&left, &right}) {
+    if (document->layout() == nullptr) {
+      throw std::runtime_error("Layout comparison needs two layouts; " + document->name() +
+                               " is plain text");
+    }
+  }
+  const std::string result = comparison::compareLayouts(options, *left.layout(), *right.layout());
+  job_.setSubResult(kCompare, kResult, base::utf8ToUtf16(result));
+  writeResultFile(outputFilename, result);
 }
 
 void JobExecution::wordRecognition() {
@@ -231,11 +255,40 @@ void JobExecution::writeOutput() {
 }
 
 std::u16string JobExecution::transformLayout() {
-  std::u16string with;
+  namespace comparison = text::layout::comparison;
+  std::u16string with, outputFilename;
+  std::int32_t pageOffset = 0;
+  comparison::Alignment alignment = comparison::Alignment::Corner;
   for (const auto& [sub, value] : properties_.subProperties(kTransformLayout)) {
-    if (sub == kWith) with = value;
+    switch (sub) {
+      case kWith: with = value; break;
+      case kOutputFilename: outputFilename = value; break;
+      case kPageOffset: pageOffset = toInteger(value); break;
+      case kTransformStrategy: alignment = comparison::alignmentFromName(value); break;
+      default: break;
+    }
   }
-  unavailable("The layout transformation (TransformLayout)");
+  if (job_.documents().empty() || job_.documents().front()->layout() == nullptr) {
+    throw std::runtime_error("No Main document loaded");
+  }
+  // Without With, the second main document is the reference, as for the comparison.
+  auto reference = loadOptional(with);
+  const Document* fixed = reference ? reference.get() : nullptr;
+  if (fixed == nullptr && with.empty() && job_.documents().size() >= 2) {
+    fixed = job_.documents()[1].get();
+  }
+  if (fixed == nullptr || fixed->layout() == nullptr) {
+    throw std::runtime_error("Document for comparison is not found!");
+  }
+  text::layout::Layout& main = *job_.documents().front()->layout();
+  std::string json;
+  {
+    // Undone at the end of the scope: reading the result again gives the same text.
+    comparison::LayoutTransformation transformation(main, *fixed->layout(), alignment, pageOffset);
+    json = text::layout::format::JSONWriter().write(main);
+  }
+  writeResultFile(outputFilename, json);
+  return base::utf8ToUtf16(json);
 }
 
 }  // namespace qent::job
