@@ -96,19 +96,36 @@ bool sameStyle(const layout::Fragment& fragment, std::string_view key, std::stri
 
 }  // namespace
 
-std::string xmlText(std::u16string_view text) {
-  const auto forbidden = std::find_if(text.begin(), text.end(),
-                                      [](char16_t c) { return isForbiddenInXml(c); });
-  if (forbidden == text.end()) return base::utf16ToUtf8Lenient(text);
+void assignXmlText(std::string& out, std::u16string_view text) {
+  // Printable ASCII (with tab, line feed, carriage return) is copied as it is, in one pass.
+  out.resize(text.size());
+  std::size_t i = 0;
+  for (; i < text.size(); ++i) {
+    const char16_t c = text[i];
+    if (c >= 0x80 || (c < 0x20 && c != '\t' && c != '\n' && c != '\r')) break;
+    out[i] = static_cast<char>(c);
+  }
+  if (i == text.size()) return;
   std::u16string clean;
   clean.reserve(text.size());
   for (const char16_t c : text) {
     if (!isForbiddenInXml(c)) clean.push_back(c);
   }
-  return base::utf16ToUtf8Lenient(clean);
+  out = base::utf16ToUtf8Lenient(clean);
+}
+
+std::string xmlText(std::u16string_view text) {
+  std::string out;
+  assignXmlText(out, text);
+  return out;
 }
 
 std::string xmlText(std::string_view utf8) {
+  if (std::all_of(utf8.begin(), utf8.end(), [](char c) {
+        return (c & 0x80) == 0 && (c >= 0x20 || c == '\t' || c == '\n' || c == '\r');
+      })) {
+    return std::string(utf8);
+  }
   std::string clean;
   clean.reserve(utf8.size());
   for (std::size_t i = 0; i < utf8.size(); ++i) {
@@ -125,11 +142,20 @@ std::string xmlText(std::string_view utf8) {
   return base::utf16ToUtf8(base::utf8ToUtf16Lenient(clean));
 }
 
-HocrElement::HocrElement(const layout::Node& node) {
-  attributes_.reserve(node.attributes().size());
+HocrElement& HocrElement::reset(const layout::Node& node) {
+  attributes_.size = 0;
+  title_.size = 0;
+  xmlAttributes_.size = 0;
+  extra_.size = 0;
+  style_.clear();
+  hasStyle_ = hasFontStyle_ = hasDirection_ = false;
   for (const auto& [key, value] : node.attributes()) {
-    attributes_.push_back({xmlText(key), xmlText(value), false});
+    Attribute& attribute = attributes_.add();
+    assignXmlText(attribute.key, key);
+    assignXmlText(attribute.value, value);
+    attribute.claimed = false;
   }
+  return *this;
 }
 
 const std::string* HocrElement::claim(std::string_view key) {
@@ -142,38 +168,53 @@ const std::string* HocrElement::claim(std::string_view key) {
   return nullptr;
 }
 
-void HocrElement::addTitle(std::string_view key, std::string value) {
-  std::replace(value.begin(), value.end(), ';', ',');
-  title_.push_back({std::string(key), std::move(value)});
+void HocrElement::addTitle(std::string_view key, std::string_view value) {
+  Item& item = title_.add();
+  item.key.assign(key);
+  item.value.assign(value);
+  std::replace(item.value.begin(), item.value.end(), ';', ',');
 }
 
-void HocrElement::generatedProperty(std::string_view key, std::string value) {
+void HocrElement::generatedProperty(std::string_view key, std::string_view value) {
   claim(key);
-  addTitle(key, std::move(value));
+  addTitle(key, value);
 }
 
-void HocrElement::xmlAttribute(std::string_view key, std::string value) {
+void HocrElement::xmlAttribute(std::string_view key, std::string_view value) {
   claim(key);
-  xmlAttributes_.push_back({std::string(key), std::move(value)});
+  Item& item = xmlAttributes_.add();
+  item.key.assign(key);
+  item.value.assign(value);
 }
 
 void HocrElement::fragmentStyle(const layout::Fragment& fragment) {
+  // Most fragments have neither font nor colour: nothing to decide then.
+  const bool anyField = !fragment.fontFamily().empty() || fragment.fontStyle() != 0 ||
+                        fragment.fontWeight() != 0 || fragment.fontSize() >= 0 ||
+                        fragment.hasColor() || fragment.hasBackgroundColor();
+  const bool anyAttribute = std::any_of(attributes_.begin(), attributes_.end(), [](const Attribute& a) {
+    return a.key == "style" || std::find(std::begin(kStyleKeys), std::end(kStyleKeys), a.key) !=
+                                   std::end(kStyleKeys);
+  });
+  if (!anyField && !anyAttribute) return;
+
   // A stored title text that reads back as the field stays in the title, where it takes
   // precedence over the style; the style then only has to carry the other fields.
-  std::vector<std::string_view> styleCarries;
+  std::array<std::string_view, std::size(kStyleKeys)> styleCarries;
+  std::size_t carried = 0;
   for (const std::string_view key : kStyleKeys) {
     const std::string* stored = claim(key);
     if (stored != nullptr && !stored->empty() && sameStyle(fragment, key, *stored)) {
       addTitle(key, *stored);
     } else {
-      styleCarries.push_back(key);
+      styleCarries[carried++] = key;
     }
   }
 
   if (const std::string* stored = claim("style")) {
     PropertyMap style;
     style.addStyle(*stored);
-    const bool same = std::all_of(styleCarries.begin(), styleCarries.end(), [&](auto key) {
+    const bool same = std::all_of(styleCarries.begin(), styleCarries.begin() + carried, [&](auto key) {
       return sameStyle(fragment, key, style.take(key));
     });
     if (same) {
@@ -182,7 +223,8 @@ void HocrElement::fragmentStyle(const layout::Fragment& fragment) {
       return;
     }
   }
-  for (const std::string_view key : styleCarries) {
+  for (std::size_t k = 0; k < carried; ++k) {
+    const std::string_view key = styleCarries[k];
     const std::string text = styleText(fragment, key);
     if (text.empty()) continue;
     if (!style_.empty()) style_ += "; ";
@@ -201,7 +243,6 @@ bool HocrElement::hasTitlePropertyPrefix(std::string_view prefix) const {
 }
 
 void HocrElement::apply(pugi::xml_node& element, std::vector<std::string>& languages) {
-  std::vector<Item> extra;
   for (const Attribute& attribute : attributes_) {
     if (attribute.claimed) continue;
     const std::string& key = attribute.key;
@@ -209,9 +250,13 @@ void HocrElement::apply(pugi::xml_node& element, std::vector<std::string>& langu
     const bool title = fitsTitle(key, value);
     const bool xml = isUsableAttributeName(key) && (key != "style" || !hasStyle_);
     if (xml && (isHtmlAttribute(key) || !title)) {
-      extra.push_back({key, value});
+      Item& item = extra_.add();
+      item.key.assign(key);
+      item.value.assign(value);
     } else if (title) {
-      title_.push_back({key, value});
+      Item& item = title_.add();
+      item.key.assign(key);
+      item.value.assign(value);
     } else {
       base::TraceLog::writeFormatted(base::kTraceWarning,
                                      "hOCR writer: attribute \"%s\" of element <%s> can be "
@@ -220,22 +265,25 @@ void HocrElement::apply(pugi::xml_node& element, std::vector<std::string>& langu
     }
   }
 
-  if (!title_.empty()) {
-    std::string text;
-    for (std::size_t i = 0; i < title_.size(); ++i) {
-      if (i > 0) text += "; ";
-      text += title_[i].key;
-      if (!title_[i].value.empty()) text.append(" ").append(title_[i].value);
+  if (title_.size > 0) {
+    text_.clear();
+    for (const Item& item : title_) {
+      if (&item != title_.begin()) text_ += "; ";
+      text_ += item.key;
+      if (!item.value.empty()) text_.append(" ").append(item.value);
     }
-    element.append_attribute("title").set_value(text.c_str());
+    element.append_attribute("title").set_value(text_.data(), text_.size());
   }
-  if (hasStyle_) element.append_attribute("style").set_value(style_.c_str());
-  for (const std::vector<Item>* list : {&xmlAttributes_, &extra}) {
+  if (hasStyle_) element.append_attribute("style").set_value(style_.data(), style_.size());
+  for (const Reused<Item>* list : {&xmlAttributes_, &extra_}) {
     for (const Item& item : *list) {
-      element.append_attribute(item.key.c_str()).set_value(item.value.c_str());
+      element.append_attribute(item.key.c_str()).set_value(item.value.data(), item.value.size());
       if (item.key == "lang" || item.key == "xml:lang") languages.push_back(item.value);
+      if (item.key == "dir") hasDirection_ = true;
+      if (item.key == "style" && item.value.find("font") != std::string::npos) hasFontStyle_ = true;
     }
   }
+  if (hasStyle_ && style_.find("font") != std::string::npos) hasFontStyle_ = true;
 }
 
 }  // namespace qent::text::hocr

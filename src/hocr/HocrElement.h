@@ -28,9 +28,13 @@ namespace qent::text::hocr {
 // attribute goes into the title when the reader's ";" split carries it unchanged, else onto
 // the element as an XML attribute when its key is a usable name; what neither can carry is
 // left out with a warning in the trace log.
+//
+// One object serves a whole document: reset() starts the next element and keeps the memory
+// of the strings and lists, so writing a large document allocates little per element.
 class HocrElement {
 public:
-  explicit HocrElement(const layout::Node& node);
+  // Starts collecting for `node`; everything of the previous element is dropped.
+  HocrElement& reset(const layout::Node& node);
 
   // A title property the reader converts into a typed field. `typed` is the field's text,
   // empty when the field is not set; `same(text)` tells whether the reader would turn a
@@ -39,7 +43,8 @@ public:
   template <class Same>
   void typedProperty(std::string_view key, const std::string& typed, Same&& same) {
     const std::string* stored = claim(key);
-    if (stored != nullptr && !stored->empty() && readsBackTheSame(same, *stored)) {
+    if (stored != nullptr && !stored->empty() &&
+        (*stored == typed || readsBackTheSame(same, *stored))) {
       addTitle(key, *stored);
     } else if (!typed.empty()) {
       addTitle(key, typed);
@@ -51,9 +56,9 @@ public:
   void fragmentStyle(const layout::Fragment& fragment);
 
   // A title property computed by the writer (x_bboxes, x_confs); replaces any attribute.
-  void generatedProperty(std::string_view key, std::string value);
+  void generatedProperty(std::string_view key, std::string_view value);
   // An XML attribute decided by the writer (a page's "lang"); replaces any attribute.
-  void xmlAttribute(std::string_view key, std::string value);
+  void xmlAttribute(std::string_view key, std::string_view value);
   // Marks the attribute as written otherwise (the class, a page's language, ...) and returns
   // its text, or null when the node has no such attribute.
   const std::string* claim(std::string_view key);
@@ -65,8 +70,11 @@ public:
   bool hasTitleProperty(std::string_view key) const;
   // Whether the title holds a key starting with this prefix.
   bool hasTitlePropertyPrefix(std::string_view prefix) const;
-  // Whether a style attribute is written.
-  bool hasStyle() const { return hasStyle_; }
+  // After apply(): whether a style or title names a font, a dir attribute was written, a
+  // language attribute was written.
+  bool namesFont() const { return hasFontStyle_ || hasTitlePropertyPrefix("font-") ||
+                                  hasTitlePropertyPrefix("x_font"); }
+  bool hasDirection() const { return hasDirection_; }
 
 private:
   struct Attribute {
@@ -88,18 +96,39 @@ private:
     }
   }
 
-  void addTitle(std::string_view key, std::string value);
+  // A list whose strings keep their memory from element to element.
+  template <class T>
+  struct Reused {
+    std::vector<T> items;
+    std::size_t size = 0;
+    T& add() {
+      if (size == items.size()) items.emplace_back();
+      return items[size++];
+    }
+    T* begin() { return items.data(); }
+    T* end() { return items.data() + size; }
+    const T* begin() const { return items.data(); }
+    const T* end() const { return items.data() + size; }
+  };
 
-  std::vector<Attribute> attributes_;
-  std::vector<Item> title_;
-  std::vector<Item> xmlAttributes_;
+  void addTitle(std::string_view key, std::string_view value);
+
+  Reused<Attribute> attributes_;
+  Reused<Item> title_;
+  Reused<Item> xmlAttributes_;
+  Reused<Item> extra_;
   std::string style_;
+  std::string text_;
   bool hasStyle_ = false;
+  bool hasFontStyle_ = false;
+  bool hasDirection_ = false;
 };
 
 // Text for XML: drops the characters XML 1.0 forbids (C0 controls other than tab, line feed
 // and carriage return; U+FFFE, U+FFFF) and turns unpaired surrogates into U+FFFD.
 std::string xmlText(std::u16string_view text);
 std::string xmlText(std::string_view utf8);
+// The same, into `out` (replacing its content, keeping its memory).
+void assignXmlText(std::string& out, std::u16string_view text);
 
 }  // namespace qent::text::hocr

@@ -24,6 +24,14 @@ bool hasHocrPrefix(std::string_view text) {
   return text.starts_with("ocr_") || text.starts_with("ocrx_");
 }
 
+namespace {
+
+std::uint64_t lengthBit(std::string_view key) {
+  return std::uint64_t{1} << std::min<std::size_t>(key.size(), 63);
+}
+
+}  // namespace
+
 void PropertyMap::add(std::string_view text, char delimiter, bool replace) {
   // Collect the pieces with their position, then sort by key and keep the last of each
   // run of equal keys: "the last one wins" without a quadratic search on hostile titles.
@@ -65,9 +73,13 @@ void PropertyMap::add(std::string_view text, char delimiter, bool replace) {
   while (old < entries_.size()) merged_.push_back(entries_[old++]);
   entries_.swap(merged_);
   taken_.assign(entries_.size(), false);
+  lengths_ = 0;
+  for (const Entry& entry : entries_) lengths_ |= lengthBit(entry.key);
 }
 
 std::size_t PropertyMap::find(std::string_view key) const {
+  // Handlers ask for a dozen properties an element rarely has; most are refused here.
+  if ((lengths_ & lengthBit(key)) == 0) return entries_.size();
   const auto it = std::lower_bound(entries_.begin(), entries_.end(), key,
                                    [](const Entry& e, std::string_view k) { return e.key < k; });
   if (it == entries_.end() || it->key != key) return entries_.size();

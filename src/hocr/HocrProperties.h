@@ -39,7 +39,10 @@ public:
 
   void addTitle(std::string_view title) { add(title, ' ', true); }
   void addStyle(std::string_view style) { add(style, ':', false); }
-  void clear() { entries_.clear(); }
+  void clear() {
+    entries_.clear();
+    lengths_ = 0;
+  }
 
   bool contains(std::string_view key) const;
   // The value, removed from the map; empty when the key is missing or was taken already.
@@ -53,6 +56,7 @@ private:
   std::size_t find(std::string_view key) const;
 
   std::vector<Entry> entries_;            // sorted by key, unique keys
+  std::uint64_t lengths_ = 0;             // bit n set: some key has length n (63: 63 or more)
   std::vector<bool> taken_;               // parallel to entries_
   std::vector<std::pair<Entry, std::size_t>> scratch_;  // entry and its position in the text
   std::vector<Entry> merged_;

@@ -8,6 +8,7 @@
 #include "hocr/HocrFields.h"
 #include "hocr/HocrFormat.h"
 #include "hocr/HocrProperties.h"
+#include "hocr/IdSet.h"
 #include "layout/Layout.h"
 #include "layout/NodeVisitor.h"
 #include "layout/Nodes.h"
@@ -19,7 +20,6 @@
 #include <charconv>
 #include <set>
 #include <type_traits>
-#include <unordered_set>
 
 namespace qent::text::hocr {
 
@@ -112,9 +112,27 @@ bool isPlainBbox(std::string_view text) {
 // would be clamped on reading anyway, so it is clamped here and the text reads back as
 // written.
 std::string bboxText(const Rect& rect) {
-  auto edge = [](std::int64_t v) { return std::to_string(std::min<std::int64_t>(v, 0x7FFFFFFF)); };
-  return std::to_string(rect.left) + " " + std::to_string(rect.top) + " " + edge(rect.right()) +
-         " " + edge(rect.bottom());
+  const std::int64_t numbers[4] = {rect.left, rect.top, std::min<std::int64_t>(rect.right(), 0x7FFFFFFF),
+                                   std::min<std::int64_t>(rect.bottom(), 0x7FFFFFFF)};
+  char buffer[4 * 21];
+  char* end = buffer;
+  for (const std::int64_t n : numbers) {
+    if (end != buffer) *end++ = ' ';
+    end = std::to_chars(end, buffer + sizeof buffer, n).ptr;
+  }
+  return std::string(buffer, end);
+}
+
+std::size_t countNodes(const Node& root) {
+  std::size_t count = 0;
+  std::vector<const Node*> stack{&root};
+  while (!stack.empty()) {
+    const Node* node = stack.back();
+    stack.pop_back();
+    ++count;
+    for (const auto& child : node->children()) stack.push_back(child.get());
+  }
+  return count;
 }
 
 class StringWriter : public pugi::xml_writer {
@@ -140,12 +158,13 @@ public:
     parent_ = body;
     Node* root = layout_.root();
     if (root == nullptr) return;
+    used_.reserve(countNodes(*root));
     auto* content = dynamic_cast<Content*>(root);
     if (content != nullptr && content->typeName() == u"body" &&
         content->attributes().count(u"class") == 0 && content->childCount() != 1) {
       // The reader made this node from the body element itself (a body with one child
       // would come back as that child, a class tells of a div named "body").
-      HocrElement properties(*root);
+      HocrElement& properties = element_.reset(*root);
       keepBboxOutOfTitle(properties);
       writeId(body, *root, "node");
       finish(body, properties, *root);
@@ -163,12 +182,20 @@ public:
                                                              "ocr_line", "ocrx_word"};
     std::vector<std::string> out;
     for (const std::string_view name : kOrder) {
-      if (classes_.count(std::string(name)) != 0) out.emplace_back(name);
+      if (std::find(classes_.begin(), classes_.end(), name) != classes_.end()) out.emplace_back(name);
     }
+    std::vector<std::string> others;
     for (const std::string& name : classes_) {
-      if (std::find(kOrder.begin(), kOrder.end(), name) == kOrder.end()) out.push_back(name);
+      if (std::find(kOrder.begin(), kOrder.end(), name) == kOrder.end()) others.push_back(name);
     }
-    out.insert(out.end(), properties_.begin(), properties_.end());
+    std::sort(others.begin(), others.end());
+    out.insert(out.end(), others.begin(), others.end());
+    // The property capabilities, by name.
+    for (const auto& [used, name] : {std::pair{uses_.dir, "ocrp_dir"}, std::pair{uses_.font, "ocrp_font"},
+                                     std::pair{uses_.lang, "ocrp_lang"}, std::pair{uses_.poly, "ocrp_poly"},
+                                     std::pair{uses_.wconf, "ocrp_wconf"}}) {
+      if (used) out.emplace_back(name);
+    }
     return out;
   }
   std::set<std::string> languages() const {
@@ -180,7 +207,7 @@ public:
     counters_ = {};
     pugi::xml_node element = open("div", "ocr_page");
     writeId(element, page, "page");
-    HocrElement properties(page);
+    HocrElement& properties = element_.reset(page);
 
     const Image* image = nullptr;
     for (const auto& child : page.children()) {
@@ -239,7 +266,7 @@ public:
   void visit(Line& line) override {
     pugi::xml_node element = open("span", "ocr_line");
     writeId(element, line, "line");
-    HocrElement properties(line);
+    HocrElement& properties = element_.reset(line);
     fragmentProperties(properties, line);
     doubleProperty(properties, "x_size", line.maxGlyphHeight(), 0.0);
     doubleProperty(properties, "x_descenders", line.maxDescenders(), 0.0);
@@ -254,7 +281,7 @@ public:
   void visit(Word& word) override {
     pugi::xml_node element = open("span", "ocrx_word");
     writeId(element, word, "word");
-    HocrElement properties(word);
+    HocrElement& properties = element_.reset(word);
     fragmentProperties(properties, word);
     confidenceProperty(properties, "x_wconf", word);
     integerProperty(properties, "x_checked", word.xChecked());
@@ -294,7 +321,8 @@ public:
     }
     properties.fragmentStyle(word);
     finish(element, properties, word);
-    writeText(element, word.text().empty() ? glyphText : word.text());
+    const std::u16string& shown = word.text().empty() ? glyphText : word.text();
+    writeText(element, shown);
 
     const pugi::xml_node saved = parent_;
     parent_ = element;
@@ -311,7 +339,7 @@ public:
     pugi::xml_node element = openNamed(box, typeName, "div");
     const std::string prefix = typeName == "ocr_par" ? "par" : "block";
     const bool idKept = writeId(element, box, prefix.c_str());
-    HocrElement properties(box);
+    HocrElement& properties = element_.reset(box);
     claimClass(properties, element);
     fragmentProperties(properties, box, true);
     properties.fragmentStyle(box);
@@ -345,7 +373,7 @@ public:
     const std::string typeName = xmlText(content.typeName());
     pugi::xml_node element = openNamed(content, typeName, "div");
     writeId(element, content, "node");
-    HocrElement properties(content);
+    HocrElement& properties = element_.reset(content);
     claimClass(properties, element);
     keepBboxOutOfTitle(properties);
     finish(element, properties, content);
@@ -356,7 +384,7 @@ public:
   void visit(Node& node) override {
     pugi::xml_node element = open("div", "");
     writeId(element, node, "node");
-    HocrElement properties(node);
+    HocrElement& properties = element_.reset(node);
     keepBboxOutOfTitle(properties);
     finish(element, properties, node);
     visitChildren(element, node);
@@ -370,8 +398,11 @@ private:
   pugi::xml_node open(const char* name, std::string_view cls) {
     pugi::xml_node element = parent_.append_child(name);
     if (!cls.empty()) {
-      element.append_attribute("class").set_value(std::string(cls).c_str());
-      if (hasHocrPrefix(cls)) classes_.emplace(cls);
+      element.append_attribute("class").set_value(cls.data(), cls.size());
+      // A document uses a handful of classes: a short list beats a tree per element.
+      if (hasHocrPrefix(cls) && std::find(classes_.begin(), classes_.end(), cls) == classes_.end()) {
+        classes_.emplace_back(cls);
+      }
     }
     return element;
   }
@@ -410,9 +441,10 @@ private:
   // generated id. Returns whether the node's own id was written.
   bool writeId(pugi::xml_node& element, const Node& node, const char* prefix) {
     if (node.id().empty()) return false;
-    std::string id = xmlText(node.id());
-    if (isUsableId(id) && used_.insert(id).second) {
-      element.append_attribute("id").set_value(id.c_str());
+    std::string& id = idText_;
+    assignXmlText(id, node.id());
+    if (isUsableId(id) && used_.insert(id)) {
+      element.append_attribute("id").set_value(id.data(), id.size());
       return true;
     }
     reserveExistingIds();
@@ -425,7 +457,7 @@ private:
       } else {
         id = std::string(kind) + "_" + page + "_" + std::to_string(++counter);
       }
-      if (reserved_.count(id) == 0 && used_.insert(id).second) break;
+      if (!reserved_.contains(id) && used_.insert(id)) break;
     }
     element.append_attribute("id").set_value(id.c_str());
     return false;
@@ -513,7 +545,7 @@ private:
   void otherFragment(Fragment& fragment, const char* cls, Extra extra) {
     pugi::xml_node element = open("div", cls);
     writeId(element, fragment, "node");
-    HocrElement properties(fragment);
+    HocrElement& properties = element_.reset(fragment);
     fragmentProperties(properties, fragment, true);
     extra(properties);
     properties.fragmentStyle(fragment);
@@ -524,20 +556,19 @@ private:
 
   void finish(pugi::xml_node& element, HocrElement& properties, const Node& node) {
     if (&node == layout_.root()) properties.claim("additional_versions");  // in the head
+    const std::size_t languages = languages_.size();
     properties.apply(element, languages_);
-    if (properties.hasTitleProperty("x_wconf")) properties_.insert("ocrp_wconf");
-    if (properties.hasTitleProperty("poly")) properties_.insert("ocrp_poly");
-    if (properties.hasTitlePropertyPrefix("x_font") || properties.hasTitlePropertyPrefix("font-") ||
-        std::string_view(element.attribute("style").value()).find("font") != std::string_view::npos) {
-      properties_.insert("ocrp_font");
-    }
-    if (element.attribute("lang") || element.attribute("xml:lang")) properties_.insert("ocrp_lang");
-    if (element.attribute("dir")) properties_.insert("ocrp_dir");
+    uses_.wconf = uses_.wconf || properties.hasTitleProperty("x_wconf");
+    uses_.poly = uses_.poly || properties.hasTitleProperty("poly");
+    uses_.font = uses_.font || properties.namesFont();
+    uses_.lang = uses_.lang || languages_.size() > languages;
+    uses_.dir = uses_.dir || properties.hasDirection();
   }
 
-  static void writeText(pugi::xml_node& element, std::u16string_view text) {
+  void writeText(pugi::xml_node& element, std::u16string_view text) {
     if (text.empty()) return;
-    element.append_child(pugi::node_pcdata).set_value(xmlText(text).c_str());
+    assignXmlText(textBuffer_, text);
+    element.append_child(pugi::node_pcdata).set_value(textBuffer_.data(), textBuffer_.size());
   }
 
   void visitChildren(pugi::xml_node& element, Node& node) {
@@ -556,14 +587,19 @@ private:
 
   const Layout& layout_;
   const double confidenceScale_;
+  HocrElement element_;  // one for all elements: each is finished before its children start
+  std::string idText_;
+  std::string textBuffer_;
   pugi::xml_node parent_;
   std::size_t pages_ = 0;
   Counters counters_;
-  std::unordered_set<std::string> used_;
-  std::unordered_set<std::string> reserved_;
+  IdSet used_;
+  IdSet reserved_;
   bool reservedDone_ = false;
-  std::set<std::string> classes_;
-  std::set<std::string> properties_;
+  std::vector<std::string> classes_;
+  struct Uses {
+    bool dir = false, font = false, lang = false, poly = false, wconf = false;
+  } uses_;
   std::vector<std::string> languages_;
 };
 

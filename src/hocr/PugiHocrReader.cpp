@@ -43,9 +43,11 @@ std::u16string wide(std::string_view text, const pugi::xml_node& element) {
 }
 
 void copyProperties(Node& node, const PropertyMap& properties, const pugi::xml_node& element) {
+  // Entries come sorted, so each goes in at the end of a map that had none before.
   auto& attributes = node.attributes();
   for (const PropertyMap::Entry& entry : properties.entries()) {
-    attributes.insert_or_assign(wide(entry.key, element), wide(entry.value, element));
+    attributes.insert_or_assign(attributes.end(), wide(entry.key, element),
+                                wide(entry.value, element));
   }
 }
 
@@ -109,18 +111,25 @@ std::unique_ptr<Node> PugiHocrReader::readNode(const Element& element, std::size
     fail("hOCR: " + where(element) + " is nested deeper than " +
          std::to_string(layout::kMaxLayoutDepth) + " levels");
   }
+  // One pass over the attributes instead of a search per name; the first of each counts.
+  pugi::xml_attribute title, style, classAttribute;
+  for (pugi::xml_attribute a = element.first_attribute(); a; a = a.next_attribute()) {
+    const std::string_view attributeName = a.name();
+    if (attributeName == "title") {
+      if (!title) title = a;
+    } else if (attributeName == "style") {
+      if (!style) style = a;
+    } else if (attributeName == "class") {
+      if (!classAttribute) classAttribute = a;
+    }
+  }
   PropertyMap& properties = propertiesAt(depth);
-  if (const pugi::xml_attribute title = element.attribute("title")) {
-    properties.addTitle(title.value());
-  }
-  if (const pugi::xml_attribute style = element.attribute("style")) {
-    properties.addStyle(style.value());
-  }
+  if (title) properties.addTitle(title.value());
+  if (style) properties.addStyle(style.value());
 
   const std::string_view name = element.name();
   if (hasHocrPrefix(name)) fail("Unsupported node name for HOCRReader: " + std::string(name));
 
-  const pugi::xml_attribute classAttribute = element.attribute("class");
   const std::string_view key = classAttribute ? classAttribute.value() : name;
   if (key == "ocr_page") return readPage(element, properties, depth);
   if (key == "ocr_line") return readLine(element, properties, depth);
