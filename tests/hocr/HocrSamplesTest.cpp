@@ -129,6 +129,20 @@ INSTANTIATE_TEST_SUITE_P(
         SampleCase{"googlebooks-gocr-openpecha-tibetan-p1.hocr", Source::ThirdParty, nullptr, 1,
                    54, 41, 146, "\xE0\xBC\x84"}));
 
+// Made here by tools/make-hocr-samples: Tesseract 5.3's recognition of a rendered page and
+// the ground truth written from the rendering.
+INSTANTIATE_TEST_SUITE_P(
+    Generated, HocrSamplesTest,
+    ::testing::Values(
+        SampleCase{"hocr-letter-eng-tesseract.hocr", Source::Generated, nullptr, 1, 6, 6, 53,
+                   "Notice"},
+        SampleCase{"hocr-letter-eng-truth.hocr", Source::Generated, nullptr, 1, 4, 6, 54,
+                   "Notice"},
+        SampleCase{"hocr-letter-deu-tesseract.hocr", Source::Generated, nullptr, 1, 6, 7, 57,
+                   "Mitteilung"},
+        SampleCase{"hocr-letter-deu-truth.hocr", Source::Generated, nullptr, 1, 4, 7, 57,
+                   "Mitteilung"}));
+
 INSTANTIATE_TEST_SUITE_P(
     Shared, HocrSamplesTest,
     ::testing::Values(
