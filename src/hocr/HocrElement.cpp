@@ -96,7 +96,7 @@ bool sameStyle(const layout::Fragment& fragment, std::string_view key, std::stri
 
 }  // namespace
 
-void assignXmlText(std::string& out, std::u16string_view text) {
+bool assignXmlText(std::string& out, std::u16string_view text) {
   // Printable ASCII (with tab, line feed, carriage return) is copied as it is, in one pass.
   out.resize(text.size());
   std::size_t i = 0;
@@ -105,13 +105,14 @@ void assignXmlText(std::string& out, std::u16string_view text) {
     if (c >= 0x80 || (c < 0x20 && c != '\t' && c != '\n' && c != '\r')) break;
     out[i] = static_cast<char>(c);
   }
-  if (i == text.size()) return;
+  if (i == text.size()) return false;
   std::u16string clean;
   clean.reserve(text.size());
   for (const char16_t c : text) {
     if (!isForbiddenInXml(c)) clean.push_back(c);
   }
   out = base::utf16ToUtf8Lenient(clean);
+  return clean.size() != text.size() || base::utf8ToUtf16(out) != clean;
 }
 
 std::string xmlText(std::u16string_view text) {
@@ -149,18 +150,35 @@ HocrElement& HocrElement::reset(const layout::Node& node) {
   extra_.size = 0;
   style_.clear();
   hasStyle_ = hasFontStyle_ = hasDirection_ = false;
+  bool cleaned = false;
   for (const auto& [key, value] : node.attributes()) {
     Attribute& attribute = attributes_.add();
-    assignXmlText(attribute.key, key);
+    attribute.cleaned = assignXmlText(attribute.key, key);
     assignXmlText(attribute.value, value);
     attribute.claimed = false;
+    attribute.dropped = false;
+    cleaned = cleaned || attribute.cleaned;
+  }
+  if (cleaned) {
+    // A key that lost characters XML cannot carry may now equal another key; the reader
+    // would let the later one win. Keep the key that was written as it stood.
+    for (Attribute& attribute : attributes_) {
+      if (!attribute.cleaned) continue;
+      for (const Attribute& other : attributes_) {
+        if (&other != &attribute && other.key == attribute.key &&
+            (!other.cleaned || &other < &attribute)) {
+          attribute.dropped = true;
+          break;
+        }
+      }
+    }
   }
   return *this;
 }
 
 const std::string* HocrElement::claim(std::string_view key) {
   for (Attribute& attribute : attributes_) {
-    if (attribute.key == key) {
+    if (!attribute.dropped && attribute.key == key) {
       attribute.claimed = true;
       return &attribute.value;
     }
@@ -244,7 +262,7 @@ bool HocrElement::hasTitlePropertyPrefix(std::string_view prefix) const {
 
 void HocrElement::apply(pugi::xml_node& element, std::vector<std::string>& languages) {
   for (const Attribute& attribute : attributes_) {
-    if (attribute.claimed) continue;
+    if (attribute.claimed || attribute.dropped) continue;
     const std::string& key = attribute.key;
     const std::string& value = attribute.value;
     const bool title = fitsTitle(key, value);

@@ -81,6 +81,8 @@ private:
     std::string key;
     std::string value;
     bool claimed = false;
+    bool cleaned = false;  // the key lost characters that XML cannot carry
+    bool dropped = false;  // ... and so collides with another key: left out
   };
   struct Item {
     std::string key;
@@ -128,7 +130,8 @@ private:
 // and carriage return; U+FFFE, U+FFFF) and turns unpaired surrogates into U+FFFD.
 std::string xmlText(std::u16string_view text);
 std::string xmlText(std::string_view utf8);
-// The same, into `out` (replacing its content, keeping its memory).
-void assignXmlText(std::string& out, std::u16string_view text);
+// The same, into `out` (replacing its content, keeping its memory); true when characters
+// had to be dropped or replaced.
+bool assignXmlText(std::string& out, std::u16string_view text);
 
 }  // namespace qent::text::hocr

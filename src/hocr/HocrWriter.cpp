@@ -411,6 +411,11 @@ private:
   // paragraphs), a name the node was read under as a class attribute on a div, else the
   // HTML element of that name, else a div with the name as class.
   pugi::xml_node openNamed(const Node& node, const std::string& typeName, const char* fallback) {
+    if (typeName == "ocr_page" || typeName == "ocr_line" || typeName == "ocrx_word") {
+      // The reader would build a page, line or word from these classes, and take the node's
+      // attributes as that class's numbers; such a box or content is a generic box.
+      return open("div", "ocrx_box");
+    }
     if (hasHocrPrefix(typeName)) return open(typeName == "ocr_par" ? "p" : "div", typeName);
     const auto stored = node.attributes().find(u"class");
     const bool readAsClass = stored != node.attributes().end() && xmlText(stored->second) == typeName;

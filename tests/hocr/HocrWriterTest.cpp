@@ -153,6 +153,10 @@ INSTANTIATE_TEST_SUITE_P(
         XPathCase{"TableKindOnDiv", "Page{Box:ocrx_table_cell[0,0,5,5]}",
                   "name(//*[@class='ocrx_table_cell'])", "div"},
         XPathCase{"PlainBoxNameIsElement", "Box:span[0,0,5,5]", "name(//body/*)", "span"},
+        XPathCase{"BoxNamedLikeAWordStaysABox", "Content:node{Box:ocrx_word[0,0,5,5]}",
+                  "//body/div/div/@class", "ocrx_box"},
+        XPathCase{"CleanedKeyDoesNotShadowAnother", "Word(conf=5,@\"\\x06x_wconf\"=bad,@x_wconf=5)",
+                  "//span/@title", "x_wconf 5"},
         XPathCase{"UnknownContentIsDivWithClass", "Content:node{Content:region}",
                   "//body/div/div/@class", "region"},
         XPathCase{"ClassReadBackStaysClass", "Content:node{Content:em(@class=em)}",
@@ -280,13 +284,15 @@ private:
   static constexpr const char16_t* kKeys[] = {u"x_foo", u"lang", u"dir", u"bbox", u"x_wconf",
                                               u"style", u"class", u"", u"a b", u"image",
                                               u"font-weight", u"ppageno", u"x_size", u"title",
-                                              u"id", u"xml:lang", u"data-x", u"x_bboxes"};
+                                              u"id", u"xml:lang", u"data-x", u"x_bboxes",
+                                              u"\u0006x_wconf", u"\u0006bbox", u"poly"};
   static constexpr const char16_t* kValues[] = {u"", u"1", u"1 2 3 4", u"a;b", u" pad ",
                                                 u"bold", u"font-weight: bold", u"rgb(1,2,3)",
                                                 u"x", u"-7", u"99999999999"};
   static constexpr const char16_t* kTypeNames[] = {u"node", u"body", u"div", u"span", u"br",
                                                    u"ocr_carea", u"ocr_par", u"ocrx_table",
-                                                   u"region", u"", u"em"};
+                                                   u"region", u"", u"em", u"ocrx_word",
+                                                   u"\u0006ocr_line", u"ocr_page"};
 
   int pick(int n) { return static_cast<int>(random_() % static_cast<unsigned>(n)); }
   template <class T, std::size_t N>
