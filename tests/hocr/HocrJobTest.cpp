@@ -1,0 +1,103 @@
+// HocrJobTest.cpp - hOCR through the C interface: a file read as hOCR comes out as hOCR and
+// plain text (the writers' output, written as UTF-8), and bad hOCR gives the reader's code
+// and message.
+#include "ormida/ormida.h"
+
+#include "base/Unicode.h"
+#include "hocr/HocrWriter.h"
+#include "hocr/PugiHocrReader.h"
+#include "layout/Layout.h"
+#include "layout/Node.h"
+#include "layout/format/PlainTextWriter.h"
+#include "support/JobApi.h"
+#include "support/TempDir.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace {
+
+using qent::test::Job;
+using qent::test::readAll;
+using qent::test::TempDir;
+
+const std::filesystem::path kTesseractSample =
+    std::filesystem::path(ORMIDA_SOURCE_DIR) / "data" / "samples" / "hocr-letter-deu-tesseract.hocr";
+
+TEST(HocrJobTest, HocrInputWrittenAsHocrAndPlainText) {
+  TempDir dir;
+  const std::string input = readAll(kTesseractSample);
+  dir.write("page.hocr", input);
+  Job job;
+  job.set("WorkSpace", dir.path().string());
+  job.set("InputFilename", "page.hocr");
+  job.set("OutputFilename", "out.hocr");
+  job.set("OutputFilename.Format", "hocr;txtutf8");
+  ASSERT_EQ(job.execute(), ORMIDA_OK) << job.errorText();
+
+  const auto layout = qent::text::hocr::PugiHocrReader().read(input);
+  EXPECT_EQ(readAll(dir / "out.hocr"), qent::text::hocr::HocrWriter().write(*layout));
+  const std::string text = readAll(dir / "out.txt");
+  EXPECT_EQ(text, qent::base::utf16ToUtf8(
+                      qent::text::layout::format::PlainTextWriter().write(*layout)));
+  // German text survives as UTF-8 (the boxes write their ids: a box's own text stands for
+  // its lines).
+  EXPECT_NE(text.find("block_1_1"), std::string::npos) << text;
+}
+
+TEST(HocrJobTest, HocrIsTheDefaultOutputFormat) {
+  TempDir dir;
+  dir.write("page.hocr", readAll(kTesseractSample));
+  Job job;
+  job.set("WorkSpace", dir.path().string());
+  job.set("InputFilename", "page.hocr");
+  job.set("OutputFilename", "out.hocr");
+  ASSERT_EQ(job.execute(), ORMIDA_OK) << job.errorText();
+  const std::string written = readAll(dir / "out.hocr");
+  EXPECT_NE(written.find("<span class=\"ocrx_word\" id=\"word_1_1\""), std::string::npos);
+  EXPECT_NE(written.find(">Mitteilung</span>"), std::string::npos);
+}
+
+struct BadHocrCase {
+  const char* label;
+  const char* document;
+  uint32_t code;
+  const char* message;  // contained in the error text
+};
+void PrintTo(const BadHocrCase& k, std::ostream* out) { *out << k.label; }
+
+class HocrJobErrorTest : public ::testing::TestWithParam<BadHocrCase> {};
+TEST_P(HocrJobErrorTest, FailsWithTheReadersError) {
+  TempDir dir;
+  dir.write("bad.hocr", GetParam().document);
+  dir.write("out.hocr", "earlier output");
+  Job job;
+  job.set("WorkSpace", dir.path().string());
+  job.set("InputFilename", "bad.hocr");
+  job.set("OutputFilename", "out.hocr");
+  EXPECT_EQ(job.execute(), GetParam().code);
+  EXPECT_NE(job.errorText().find(GetParam().message), std::string::npos) << job.errorText();
+  EXPECT_EQ(readAll(dir / "out.hocr"), "earlier output");
+}
+INSTANTIATE_TEST_SUITE_P(
+    Cases, HocrJobErrorTest,
+    ::testing::Values(
+        BadHocrCase{"NoHtml", "<xml><body/></xml>", ORMIDA_ERROR_HOCR, "No HOCR file found"},
+        BadHocrCase{"NotXml", "<html><head><meta name=\"a\"></head><body></body></html>",
+                    ORMIDA_ERROR_HOCR, "HOCR parsing error"},
+        BadHocrCase{"ClassOnWrongElement", "<html><body><span class='ocr_par'/></body></html>",
+                    ORMIDA_ERROR_HOCR,
+                    "Unsupported node name with class ocr_par for HOCRReader: span"},
+        BadHocrCase{"ElementNamedLikeAClass", "<html><body><ocr_line/></body></html>",
+                    ORMIDA_ERROR_HOCR, "Unsupported node name for HOCRReader: ocr_line"},
+        // Standard invalid-argument errors are not runtime errors: code 9 at the boundary.
+        BadHocrCase{"BadNumber",
+                    "<html><body><span class='ocrx_word' title='x_wconf high'/></body></html>",
+                    ORMIDA_FAILED, "undefined error in OrmidaJobExecute"},
+        BadHocrCase{"BboxOverflow",
+                    "<html><body><span class='ocrx_word' title='bbox -2147483648 0 2147483647 "
+                    "1'/></body></html>",
+                    ORMIDA_FAILED, "undefined error in OrmidaJobExecute"}));
+
+}  // namespace
