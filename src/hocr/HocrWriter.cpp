@@ -159,11 +159,7 @@ public:
     Node* root = layout_.root();
     if (root == nullptr) return;
     used_.reserve(countNodes(*root));
-    auto* content = dynamic_cast<Content*>(root);
-    if (content != nullptr && content->typeName() == u"body" &&
-        content->attributes().count(u"class") == 0 && content->childCount() != 1) {
-      // The reader made this node from the body element itself (a body with one child
-      // would come back as that child, a class tells of a div named "body").
+    if (isBodyRoot(*root)) {
       HocrElement& properties = element_.reset(*root);
       keepBboxOutOfTitle(properties);
       writeId(body, *root, "node");
@@ -173,6 +169,23 @@ public:
       return;
     }
     root->accept(*this);
+  }
+
+  // Whether the root is written as the body element itself: a root the reader made from the
+  // body (named "body"), or the generic root of other formats (named "node"), unless a
+  // class tells of a div of that name or the reader, which unwraps a body with one child,
+  // would lose the root's own id and attributes.
+  static bool isBodyRoot(const Node& root) {
+    const auto* content = dynamic_cast<const Content*>(&root);
+    if (content == nullptr || content->attributes().count(u"class") != 0) return false;
+    if (content->childCount() != 1) {
+      return content->typeName() == u"body" || content->typeName() == u"node";
+    }
+    const bool onlyHeadData =
+        root.id().empty() &&
+        std::all_of(root.attributes().begin(), root.attributes().end(),
+                    [](const auto& entry) { return entry.first == u"additional_versions"; });
+    return content->typeName() == u"node" && onlyHeadData && content->text().empty();
   }
 
   std::size_t pages() const { return pages_; }
