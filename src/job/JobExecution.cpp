@@ -146,7 +146,10 @@ void JobExecution::comparison() {
                                " is plain text");
     }
   }
-  const std::string result = comparison::compareLayouts(options, *left.layout(), *right.layout());
+  // A reference loaded from Compare.With is dropped after this step: its annotations would
+  // never be read.
+  const std::string result =
+      comparison::compareLayouts(options, *left.layout(), *right.layout(), second == nullptr);
   job_.setSubResult(kCompare, kResult, base::utf8ToUtf16(result));
   writeResultFile(outputFilename, result);
 }

@@ -195,18 +195,32 @@ void Comparator::aggregate(Node* root) {
 
 void Comparator::writeAttributes(Node& node, bool withF1) const {
   static const NodeStatistics kNone;
+  // The keys are built once: each is longer than a short-string buffer, so a literal would
+  // cost an allocation per node and attribute. They sort in this order, so each insertion
+  // goes right after the previous one.
+  static const std::u16string kCount = u"comp_count";
+  static const std::u16string kErrors = u"comp_errors";
+  static const std::u16string kExtId = u"comp_extId";
+  static const std::u16string kF1 = u"comp_f1Measure";
+  static const std::u16string kNoPartner = u"none";
   const NodeStatistics* found = statistics(&node);
   const NodeStatistics& stats = found != nullptr ? *found : kNone;
-  node.setAttribute(u"comp_count", decimal(stats.count));
-  node.setAttribute(u"comp_errors", decimal(stats.errors));
-  node.setAttribute(u"comp_extId", stats.partner != nullptr ? stats.partner->id() : u"none");
-  if (withF1) node.setAttribute(u"comp_f1Measure", ascii(base::formatFixed6(stats.f1Measure)));
+  Node::Attributes& attributes = node.attributes();
+  auto at = attributes.insert_or_assign(kCount, decimal(stats.count)).first;
+  at = attributes.insert_or_assign(std::next(at), kErrors, decimal(stats.errors));
+  at = attributes.insert_or_assign(std::next(at), kExtId,
+                                   stats.partner != nullptr ? stats.partner->id() : kNoPartner);
+  if (withF1) {
+    attributes.insert_or_assign(std::next(at), kF1, ascii(base::formatFixed6(stats.f1Measure)));
+  }
 }
 
-void Comparator::createStatistics() {
-  for (Layout* layout : {&left_, &right_}) {
+void Comparator::createStatistics() { createStatistics(true, true); }
+
+void Comparator::createStatistics(bool left, bool right) {
+  for (Layout* layout : {left ? &left_ : nullptr, right ? &right_ : nullptr}) {
+    if (layout == nullptr || layout->root() == nullptr) continue;
     Node* root = layout->root();
-    if (root == nullptr) continue;
     writeAttributes(*root, false);
     for (CompareIterator it(root, level_); !it.atEnd(); ++it) writeAttributes(*it, true);
   }

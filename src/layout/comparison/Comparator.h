@@ -74,6 +74,9 @@ public:
   // Writes "comp_count", "comp_errors", "comp_extId" and (except on the roots)
   // "comp_f1Measure" onto both roots and every node of the level in both layouts.
   virtual void createStatistics();
+  // The same for one side or both: a caller that discards a layout right after the
+  // comparison spares the annotations nobody will read.
+  void createStatistics(bool left, bool right);
   // The candidate lists of one page pair: the left nodes' rectangles are first mapped onto
   // the right page by the alignment.
   virtual CandidateLists match(Node& leftPage, Node& rightPage, const PageNodes& left,

@@ -25,10 +25,11 @@ std::unique_ptr<Comparator> makeComparator(const CompareOptions& options, Layout
   }
 }
 
-std::string compareLayouts(const CompareOptions& options, Layout& left, Layout& right) {
+std::string compareLayouts(const CompareOptions& options, Layout& left, Layout& right,
+                           bool annotateRight) {
   const std::unique_ptr<Comparator> comparator = makeComparator(options, left, right);
   comparator->compare();
-  comparator->createStatistics();
+  comparator->createStatistics(true, annotateRight);
   return writeComparisonResult(options.level, summarizeRoots(*comparator),
                                summarizePages(*comparator));
 }

@@ -32,7 +32,9 @@ std::unique_ptr<Comparator> makeComparator(const CompareOptions& options, Layout
                                            Layout& right);
 
 // Compares left (the recognition) with right (the reference), leaves the "comp_*"
-// attributes on both layouts' compared nodes and roots, and returns the result document.
-std::string compareLayouts(const CompareOptions& options, Layout& left, Layout& right);
+// attributes on both layouts' compared nodes and roots (on the right one only when
+// annotateRight), and returns the result document.
+std::string compareLayouts(const CompareOptions& options, Layout& left, Layout& right,
+                           bool annotateRight = true);
 
 }  // namespace qent::text::layout::comparison

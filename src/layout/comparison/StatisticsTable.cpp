@@ -5,16 +5,17 @@ namespace qent::text::layout::comparison {
 
 namespace {
 constexpr std::size_t kInitialSlots = 1024;
-constexpr unsigned kInitialShift = 64 - 10;
 }
 
-StatisticsTable::StatisticsTable() : slots_(kInitialSlots), shift_(kInitialShift) {}
+StatisticsTable::StatisticsTable() : slots_(kInitialSlots) {}
 
 std::size_t StatisticsTable::slotOf(const Node* node) const {
-  // Node addresses are aligned; mix the bits above the alignment.
-  const auto bits = reinterpret_cast<std::uintptr_t>(node) >> 4;
-  return static_cast<std::size_t>((static_cast<std::uint64_t>(bits) * 0x9E3779B97F4A7C15ull) >>
-                                  shift_);
+  // Nodes are at least 64 bytes and the comparison visits them roughly in the order they
+  // were allocated, so the address itself, without its low bits, spreads them over the
+  // slots and keeps neighbouring nodes in neighbouring slots (cache lines) instead of
+  // scattering every access over the whole index.
+  const auto bits = static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(node));
+  return static_cast<std::size_t>((bits >> 6) ^ (bits >> 32)) & (slots_.size() - 1);
 }
 
 const NodeStatistics* StatisticsTable::find(const Node* node) const {
@@ -54,7 +55,6 @@ NodeStatistics& StatisticsTable::obtain(Node& node) {
 void StatisticsTable::grow() {
   std::vector<Slot> old(slots_.size() * 2);
   old.swap(slots_);
-  --shift_;
   for (const Slot& entry : old) {
     if (entry.node == nullptr) continue;
     std::size_t slot = slotOf(entry.node);

@@ -3,8 +3,9 @@
 // A comparison keeps a record for every compared node and every node above them: hundreds of
 // thousands for a long document. A node-based hash map spends most of the comparison in
 // allocation and pointer chasing, so the records live in large chunks (their addresses stay
-// valid while the table grows) and an open-addressing index of (address, record number)
-// finds them with one probe in most cases.
+// valid while the table grows) and an open-addressing index of (address, record number),
+// keyed by the address itself so that nodes visited in allocation order use neighbouring
+// slots, finds them with one probe in most cases.
 #pragma once
 
 #include "layout/comparison/NodeStatistics.h"
@@ -43,7 +44,6 @@ private:
   }
 
   std::vector<Slot> slots_;
-  unsigned shift_;
   std::vector<std::unique_ptr<NodeStatistics[]>> chunks_;
   std::size_t size_ = 0;
 };
