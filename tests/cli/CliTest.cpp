@@ -1,41 +1,20 @@
 // CliTest.cpp - the ormida tool from the shell: properties in order, results printed,
 // errors on standard error with a non-zero exit status.
+#include "support/CliRunner.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
 
 #if !defined(_WIN32)
 
-#include <sys/wait.h>
-
-#include <array>
-#include <cstdio>
 
 namespace {
 
 using qent::test::readAll;
 using qent::test::TempDir;
 
-struct CliRun {
-  int status;
-  std::string out;
-  std::string err;
-};
-
-CliRun runCli(const std::string& arguments, const TempDir& dir) {
-  const auto errFile = dir / "stderr.txt";
-  const std::string command = "cd '" + dir.path().string() + "' && '" ORMIDA_CLI_PATH "' " +
-                              arguments + " 2>'" + errFile.string() + "'";
-  CliRun run{};
-  FILE* pipe = popen(command.c_str(), "r");
-  std::array<char, 4096> buffer{};
-  size_t n = 0;
-  while ((n = fread(buffer.data(), 1, buffer.size(), pipe)) > 0) run.out.append(buffer.data(), n);
-  const int status = pclose(pipe);
-  run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  run.err = readAll(errFile);
-  return run;
-}
+using qent::test::CliRun;
+using qent::test::runCli;
 
 const char* kLayout =
     R"({"root":{"children":[{"index_in_layout":0,"type":"page"}],"type":"node"}})";

@@ -1,14 +1,11 @@
 // CompareSummaryTest.cpp - the ormida tool's --summary of a comparison, from the shell.
+#include "support/CliRunner.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
 
 #if !defined(_WIN32)
 
-#include <sys/wait.h>
-
-#include <array>
-#include <cstdio>
 #include <filesystem>
 
 namespace {
@@ -16,26 +13,8 @@ namespace {
 using qent::test::readAll;
 using qent::test::TempDir;
 
-struct ToolRun {
-  int status;
-  std::string out;
-  std::string err;
-};
-
-ToolRun runTool(const std::string& arguments, const TempDir& dir) {
-  const auto errFile = dir / "stderr.txt";
-  const std::string command = "cd '" + dir.path().string() + "' && '" ORMIDA_CLI_PATH "' " +
-                              arguments + " 2>'" + errFile.string() + "'";
-  ToolRun run{};
-  FILE* pipe = popen(command.c_str(), "r");
-  std::array<char, 4096> buffer{};
-  size_t n = 0;
-  while ((n = fread(buffer.data(), 1, buffer.size(), pipe)) > 0) run.out.append(buffer.data(), n);
-  const int status = pclose(pipe);
-  run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  run.err = readAll(errFile);
-  return run;
-}
+using qent::test::CliRun;
+using qent::test::runCli;
 
 const std::filesystem::path kData = std::filesystem::path(ORMIDA_TEST_DATA_DIR) / "comparison";
 
@@ -43,7 +22,7 @@ TEST(CompareSummaryTest, PrintsRatesErrorsAndF1PerPageAndWhereTheResultIs) {
   TempDir dir;
   dir.write("ocr.json", readAll(kData / "pages.left.json"));
   dir.write("truth.json", readAll(kData / "pages.right.json"));
-  const ToolRun run = runTool("WorkSpace=. InputFilename=ocr.json Compare=true "
+  const CliRun run = runCli("WorkSpace=. InputFilename=ocr.json Compare=true "
                           "Compare.With=truth.json Compare.TransformStrategy=None "
                           "Compare.OutputFilename=result.json --summary",
                           dir);
@@ -67,7 +46,7 @@ TEST(CompareSummaryTest, PrintsRatesErrorsAndF1PerPageAndWhereTheResultIs) {
 TEST(CompareSummaryTest, WithoutAComparisonSaysSo) {
   TempDir dir;
   dir.write("ocr.json", readAll(kData / "pages.left.json"));
-  const ToolRun run = runTool("InputFilename=ocr.json --summary", dir);
+  const CliRun run = runCli("InputFilename=ocr.json --summary", dir);
   EXPECT_EQ(run.status, 1);
   EXPECT_EQ(run.err, "ormida: --summary: no comparison result (set Compare=true)\n");
 }
