@@ -3,7 +3,16 @@
 // and write Compare.Result, write the annotated recognition as JSON. Reports CPU time and the
 // process's peak resident memory during the job.
 #include "ormida/ormida.h"
+#include "base/FileIo.h"
+#include "layout/Layout.h"
+#include "layout/comparison/Comparator.h"
+#include "layout/comparison/ComparisonResultWriter.h"
+#include "layout/comparison/LayoutComparison.h"
+#include "layout/comparison/PairSummary.h"
+#include "layout/format/JSONReader.h"
+#include "layout/format/JSONWriter.h"
 #include "support/DocumentPair.h"
+#include "support/NaiveComparison.h"
 
 #include <benchmark/benchmark.h>
 
@@ -117,6 +126,30 @@ void runJob(benchmark::State& state, const char* level, bool glyphs) {
   state.counters["result_chars"] = static_cast<double>(resultSize);
 }
 
+// The same steps as the job, in process, so that the comparison's algorithms can be swapped
+// for their quadratic forms: the end-to-end figure of a naive implementation.
+void runSteps(benchmark::State& state, bool naive) {
+  using namespace qent::text::layout;
+  const PairFiles& pair = files(false);
+  for (auto _ : state) {
+    auto left = format::JSONReader().read(qent::base::readFile(pair.dir() / "ocr.json"));
+    auto right = format::JSONReader().read(qent::base::readFile(pair.dir() / "truth.json"));
+    comparison::CompareOptions options;
+    auto comparator = comparison::makeComparator(options, *left, *right);
+    if (naive) comparator->setKernels(ormida::bench::naiveKernels());
+    comparator->compare();
+    comparator->createStatistics(true, false);
+    const std::string result = comparison::writeComparisonResult(
+        options.level, comparison::summarizeRoots(*comparator),
+        comparison::summarizePages(*comparator));
+    qent::base::writeFileAtomic(pair.dir() / "result.json", result);
+    qent::base::writeFileAtomic(pair.dir() / "annotated.json", format::JSONWriter().write(*left));
+  }
+  state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * pair.words()));
+}
+
+void BM_CompareStepsWords(benchmark::State& state) { runSteps(state, false); }
+void BM_CompareStepsWordsNaive(benchmark::State& state) { runSteps(state, true); }
 void BM_CompareJobWords(benchmark::State& state) { runJob(state, "Word", false); }
 void BM_CompareJobGlyphs(benchmark::State& state) { runJob(state, "Glyph", true); }
 void BM_CompareJobWordsWithGlyphs(benchmark::State& state) { runJob(state, "Word", true); }
@@ -124,5 +157,7 @@ void BM_CompareJobWordsWithGlyphs(benchmark::State& state) { runJob(state, "Word
 }  // namespace
 
 BENCHMARK(BM_CompareJobWords)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
+BENCHMARK(BM_CompareStepsWords)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
+BENCHMARK(BM_CompareStepsWordsNaive)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
 BENCHMARK(BM_CompareJobWordsWithGlyphs)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
 BENCHMARK(BM_CompareJobGlyphs)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime()->Iterations(2);
