@@ -8,6 +8,7 @@
 #include "hocr/HocrWriter.h"
 #include "layout/format/JSONWriter.h"
 #include "layout/format/PlainTextWriter.h"
+#include "layout/format/WebAnnoWriter.h"
 
 #include <stdexcept>
 
@@ -49,7 +50,7 @@ std::string writeLayout(const text::layout::Layout& layout, OutputFormat format)
     case OutputFormat::Hocr:
       return text::hocr::HocrWriter().write(layout);
     case OutputFormat::WebAnno:
-      unavailableWriter("WebAnno TSV");
+      return text::layout::format::WebAnnoWriter().write(layout);
     case OutputFormat::PlainText:
       return base::utf16ToUtf8(text::layout::format::PlainTextWriter().write(layout));
     case OutputFormat::Html:

@@ -5,7 +5,9 @@
 #include "base/Unicode.h"
 #include "hocr/PugiHocrReader.h"
 #include "layout/Layout.h"
+#include "layout/format/CloudOcrReader.h"
 #include "layout/format/JSONReader.h"
+#include "layout/format/WebAnnoReader.h"
 
 #include <stdexcept>
 
@@ -53,11 +55,8 @@ DocumentFormat classifyJson(std::string_view text) {
   return DocumentFormat::JsonLayout;
 }
 
-[[noreturn]] void unavailableReader(const char* format, const std::string& name) {
-  throw base::QentException(base::kErrorOption, std::string("reading ") + format +
-                                                    " input is not available in this build (" +
-                                                    name + ")");
-}
+static_assert(CloudOcrReader::kFormatCode == kFormatCloudOcr);
+static_assert(WebAnnoReader::kFormatCode == kFormatWebAnno);
 
 }  // namespace
 
@@ -100,15 +99,21 @@ std::unique_ptr<Document> readDocument(std::string bytes, const std::string& nam
   switch (detectFormat(text)) {
     case DocumentFormat::JsonLayout:
       return std::make_unique<Document>(name, JSONReader().read(text));
-    case DocumentFormat::CloudOcr:
-      unavailableReader("cloud-OCR JSON", name);
+    case DocumentFormat::CloudOcr: {
+      auto layout = CloudOcrReader().read(text);
+      layout->setFormat(kFormatCloudOcr);
+      return std::make_unique<Document>(name, std::move(layout));
+    }
     case DocumentFormat::Hocr: {
       auto layout = hocr::PugiHocrReader().read(text);
       layout->setFormat(kFormatHocr);
       return std::make_unique<Document>(name, std::move(layout));
     }
-    case DocumentFormat::WebAnno:
-      unavailableReader("WebAnno TSV", name);
+    case DocumentFormat::WebAnno: {
+      auto layout = WebAnnoReader().read(text);
+      layout->setFormat(kFormatWebAnno);
+      return std::make_unique<Document>(name, std::move(layout));
+    }
     case DocumentFormat::PlainText:
       break;
   }
