@@ -27,7 +27,7 @@ using Value = rapidjson::Value;
 
 // The member names of the answer, and the box name its paragraphs get.
 namespace key {
-constexpr const char* kParagraph = "paragraph";
+constexpr std::u16string_view kParagraph = u"paragraph";
 constexpr const char* kResponses = "responses";
 constexpr const char* kFullTextAnnotation = "fullTextAnnotation";
 constexpr const char* kPages = "pages";
@@ -214,7 +214,7 @@ private:
 
   void readParagraph(const Value& input, Page& page) {
     Box& box = page.appendChild(make<Box>());
-    box.setTypeName(u"paragraph");  // also makes the kind 25, so that the name is kept
+    box.setTypeName(std::u16string(key::kParagraph));  // also makes the kind 25, so that the name is kept
     if (const Value* bounds = objectMember(input, key::kBoundingBox)) {
       box.setRect(boundingBox(*bounds));
     }

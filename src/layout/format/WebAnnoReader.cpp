@@ -75,12 +75,13 @@ void applyLabel(Word& word, std::string_view label) {
   word.setXSensibility(1.0);
   const std::size_t open = label.find('[');
   const std::size_t close = label.rfind(']');
-  if (open == std::string_view::npos || close == std::string_view::npos || close <= open + 1) {
-    return;
-  }
+  if (open == std::string_view::npos || close == std::string_view::npos || close <= open) return;
+  const std::string_view id = label.substr(open + 1, close - open - 1);
+  // Blanks alone name nothing; kept, they would make "other" the id written next time.
+  if (std::all_of(id.begin(), id.end(), isSpace)) return;
   // The class is not part of the column; "other" stands for it, and writers take the id
   // from the end again.
-  word.setXEntity("other " + std::string(label.substr(open + 1, close - open - 1)));
+  word.setXEntity("other " + std::string(id));
 }
 
 std::u16string asciiId(std::string_view prefix, std::string_view tokenId) {

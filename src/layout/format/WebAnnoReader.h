@@ -28,7 +28,7 @@ namespace qent::text::layout::format {
 //     line. Lines are named "line_1", "line_2", ... in order.
 //   - With exactly four columns the fourth is the label: "_" leaves the word insensitive;
 //     a label that holds "sensitive" in any case marks it (x_sensibility 1.0) and, when the
-//     label holds "[E]" with E not empty, sets its entity to "other E" (E taken as written,
+//     label holds "[E]" with E not blank, sets its entity to "other E" (E taken as written,
 //     between the first "[" and the last "]"). Other labels mark nothing.
 // Offsets and the other columns are not kept. A word whose text held a tab or line break
 // cannot be read back, since the format writes texts without escaping.
