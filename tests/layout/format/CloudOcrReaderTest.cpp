@@ -312,13 +312,5 @@ TEST(CloudOcrReaderGoldenTest, HandMadeAnswer) {
   EXPECT_EQ(tree, readText(base + ".tree"));
 }
 
-TEST(CloudOcrReaderGoldenTest, IndentedTreeStillParses) {
-  // The golden form is a dump with line breaks and blanks, which the dump parser takes.
-  const std::string text = readText(std::string(ORMIDA_TEST_DATA_DIR) + "/cloud-ocr/hand-made.tree");
-  const std::string once = dump(*CloudOcrReader().read(
-      readText(std::string(ORMIDA_TEST_DATA_DIR) + "/cloud-ocr/hand-made.json")));
-  EXPECT_EQ(dump(*parseDump(text)), once);
-}
-
 }  // namespace
 }  // namespace qent::test
