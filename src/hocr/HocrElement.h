@@ -23,8 +23,8 @@ namespace qent::text::hocr {
 // A node read from hOCR carries every title and style property twice: as an attribute
 // (the text as it stood) and, for the properties the reader understands, as a typed field.
 // The typed field is authoritative (code may have changed it), but it is written in the
-// spelling the attribute kept whenever that text reads back as the same value, so a document
-// read and written again keeps its own texts ("x_wconf 93.0", a reversed bbox). Every other
+// spelling the attribute kept whenever that plain text reads back as the same value, so a
+// document read and written again keeps its own texts ("x_wconf 93.0"). Every other
 // attribute goes into the title when the reader's ";" split carries it unchanged, else onto
 // the element as an XML attribute when its key is a usable name; what neither can carry is
 // left out with a warning in the trace log.

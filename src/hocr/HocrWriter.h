@@ -10,8 +10,9 @@ class Layout;
 namespace qent::text::hocr {
 
 // Turns a layout into hOCR text (UTF-8) that common hOCR consumers accept and that
-// PugiHocrReader reads back to the same tree. The document is built with pugixml and
-// printed in one go.
+// PugiHocrReader reads back to the same tree (for a tree read from hOCR; a tree from
+// elsewhere may hold what hOCR cannot say, and comes back as its hOCR form). The document
+// is built with pugixml and printed in one go.
 //
 // Elements: Page div.ocr_page, Line span.ocr_line, Word span.ocrx_word, content areas
 // div.ocr_carea, paragraph boxes p.ocr_par, other boxes div.<their name>, Content nodes
@@ -22,7 +23,8 @@ namespace qent::text::hocr {
 //
 // Ids are kept when they are usable XML ids not used before, else replaced by generated
 // ones (page_1, block_1_1, par_1_1, line_1_1, word_1_1); nodes without an id get none, so
-// reading the document back gives the same tree. Confidences are written as stored, except
+// reading the document back gives the same tree. The generic root of other formats is the
+// body element itself. Confidences are written as the model reports them, except
 // for layouts read from cloud-OCR JSON, whose 0..1 values are scaled to hOCR's 0..100.
 //
 // The layout is borrowed for the call; fragment confidences that the layout computes on
