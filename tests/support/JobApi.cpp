@@ -42,28 +42,47 @@ std::string Job::errorText() {
   return text;
 }
 
+#if defined(_WIN32)
+// The narrow CRT calls would pass the value through the ANSI code page and lose every
+// character outside it; the wide ones reach the process environment intact.
+namespace {
+std::wstring wide(const std::string& utf8) {
+  const std::u16string text = u16(utf8);
+  return std::wstring(text.begin(), text.end());
+}
+}  // namespace
+
+ScopedEnvironment::ScopedEnvironment(std::string name, const std::string& value)
+    : name_(std::move(name)) {
+  const wchar_t* previous = _wgetenv(wide(name_).c_str());
+  hadPrevious_ = previous != nullptr;
+  if (hadPrevious_) {
+    const std::wstring text(previous);
+    previous_ = u8(std::u16string(text.begin(), text.end()));
+  }
+  _wputenv_s(wide(name_).c_str(), wide(value).c_str());
+}
+
+ScopedEnvironment::~ScopedEnvironment() {
+  // An empty value removes the variable.
+  _wputenv_s(wide(name_).c_str(), hadPrevious_ ? wide(previous_).c_str() : L"");
+}
+#else
 ScopedEnvironment::ScopedEnvironment(std::string name, const std::string& value)
     : name_(std::move(name)) {
   const char* previous = std::getenv(name_.c_str());
   hadPrevious_ = previous != nullptr;
   if (hadPrevious_) previous_ = previous;
-#if defined(_WIN32)
-  _putenv_s(name_.c_str(), value.c_str());
-#else
   setenv(name_.c_str(), value.c_str(), 1);
-#endif
 }
 
 ScopedEnvironment::~ScopedEnvironment() {
-#if defined(_WIN32)
-  _putenv_s(name_.c_str(), hadPrevious_ ? previous_.c_str() : "");
-#else
   if (hadPrevious_) {
     setenv(name_.c_str(), previous_.c_str(), 1);
   } else {
     unsetenv(name_.c_str());
   }
-#endif
 }
+#endif
 
 }  // namespace qent::test

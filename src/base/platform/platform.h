@@ -37,4 +37,9 @@ bool matchesPattern(std::u16string_view name, std::u16string_view pattern);
 std::filesystem::path pathFromUtf8(std::string_view utf8);
 std::string pathToUtf8(const std::filesystem::path& path);
 
+// The path in the form Hunspell's file opening takes: UTF-8, and on Windows the "\\?\"
+// form of the full path, which Hunspell (built with its wide-path branch) opens through
+// the wide API, so dictionaries in folders with non-ASCII names load.
+std::string hunspellFilePath(const std::filesystem::path& path);
+
 }  // namespace qent::base::platform

@@ -47,4 +47,6 @@ std::filesystem::path pathFromUtf8(std::string_view utf8) {
 
 std::string pathToUtf8(const std::filesystem::path& path) { return path.string(); }
 
+std::string hunspellFilePath(const std::filesystem::path& path) { return path.string(); }
+
 }  // namespace qent::base::platform

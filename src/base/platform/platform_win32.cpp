@@ -21,15 +21,21 @@ std::u16string narrowWide(std::wstring_view text) {
 
 std::optional<std::u16string> environmentVariable(std::u16string_view name) {
   const std::wstring key = wide(name);
-  SetLastError(ERROR_SUCCESS);
-  const DWORD needed = GetEnvironmentVariableW(key.c_str(), nullptr, 0);
-  if (needed == 0) {
-    if (GetLastError() == ERROR_ENVVAR_NOT_FOUND) return std::nullopt;
-    return std::u16string();
+  std::vector<wchar_t> buffer(256);
+  for (;;) {
+    SetLastError(ERROR_SUCCESS);
+    const DWORD length =
+        GetEnvironmentVariableW(key.c_str(), buffer.data(), static_cast<DWORD>(buffer.size()));
+    if (length == 0) {
+      if (GetLastError() == ERROR_ENVVAR_NOT_FOUND) return std::nullopt;
+      return std::u16string();
+    }
+    // A copied value's length excludes the zero; a result as large as the buffer is the
+    // size it needs. Ask again rather than trust one answer: another thread may change
+    // the variable between the two calls.
+    if (length < buffer.size()) return narrowWide(std::wstring_view(buffer.data(), length));
+    buffer.resize(length);
   }
-  std::vector<wchar_t> buffer(needed);
-  const DWORD length = GetEnvironmentVariableW(key.c_str(), buffer.data(), needed);
-  return narrowWide(std::wstring_view(buffer.data(), length));
 }
 
 std::filesystem::path modulePath() {
@@ -75,6 +81,33 @@ std::filesystem::path pathFromUtf8(std::string_view utf8) {
 
 std::string pathToUtf8(const std::filesystem::path& path) {
   return utf16ToUtf8Lenient(narrowWide(path.native()));
+}
+
+std::string hunspellFilePath(const std::filesystem::path& path) {
+  const std::wstring& given = path.native();
+  if (given.rfind(L"\\\\?\\", 0) == 0) return pathToUtf8(path);
+  // The "\\?\" form takes no relative parts and no forward slashes: let the system
+  // resolve them first.
+  std::vector<wchar_t> full(MAX_PATH);
+  for (;;) {
+    const DWORD length = GetFullPathNameW(given.c_str(), static_cast<DWORD>(full.size()),
+                                          full.data(), nullptr);
+    if (length == 0) return pathToUtf8(path);
+    if (length < full.size()) {
+      full.resize(length);
+      break;
+    }
+    full.resize(length);
+  }
+  std::wstring result(full.begin(), full.end());
+  if (result.rfind(L"\\\\?\\", 0) == 0 || result.rfind(L"\\\\.\\", 0) == 0) {
+    // Already a device or long path.
+  } else if (result.rfind(L"\\\\", 0) == 0) {
+    result = L"\\\\?\\UNC\\" + result.substr(2);  // \\server\share\...
+  } else {
+    result = L"\\\\?\\" + result;
+  }
+  return utf16ToUtf8Lenient(narrowWide(result));
 }
 
 }  // namespace qent::base::platform
