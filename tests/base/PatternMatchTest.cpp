@@ -30,6 +30,20 @@ TEST(PatternMatchTest, MatchesLikeTheShell) {
            PatternCase{u"aXbX", u"a*b*c", false},
            PatternCase{u"mississippi", u"*sip*", true},
            PatternCase{u"x.hocr", u"*.h?cr", true},
+           // "*.*" alone means every file, also one without a dot; in a list it does not.
+           PatternCase{u"README", u"*.*", true},
+           PatternCase{u"README", u"*.txt;*.*", false},
+           PatternCase{u"a.txt", u"*.txt ", false},
+           // Case pairs beyond ASCII, odd or even first; variant letters stay themselves.
+           PatternCase{u"Ĺ.txt", u"ĺ.TXT", true},
+           PatternCase{u"Ļ.txt", u"ĺ.txt", false},
+           PatternCase{u"Ÿ", u"ÿ", true},
+           PatternCase{u"ΣΟΦΊΑ", u"σοφία", true},
+           PatternCase{u"ς", u"σ", false},
+           PatternCase{u"ı", u"I", false},
+           PatternCase{u"Ǆ", u"ǆ", true},
+           PatternCase{u"Ӂ", u"ӂ", true},
+           PatternCase{u"Ａ", u"ａ", true},
        }) {
     EXPECT_EQ(matchesPattern(k.name, k.pattern), k.matches)
         << std::string(k.name, k.name + std::char_traits<char16_t>::length(k.name)).size();

@@ -2,24 +2,33 @@
 // same pattern finds the same files everywhere.
 #include "base/platform/platform.h"
 
-#include <vector>
+#include <algorithm>
+#include <iterator>
 
 namespace qent::base::platform {
 
 namespace {
 
-// Simple case folding for the Latin, Greek and Cyrillic letters that file names use;
-// the shell folds the same way for these ranges.
+struct CaseRun {
+  char16_t first, last;
+  int delta, stride;
+};
+
+// The shell compares letters through their uppercase forms where two letters form a case
+// pair ("ĺ" matches "Ĺ"; the dotless "ı" and final "ς" stay apart from "I" and "σ"). One
+// table of the whole BMP gives the same answer on every platform.
+constexpr CaseRun kUppercaseRuns[] = {
+#include "base/platform/CaseTable.inc"
+};
+
 char16_t fold(char16_t c) {
-  if (c >= u'A' && c <= u'Z') return static_cast<char16_t>(c + 32);
-  if ((c >= 0xC0 && c <= 0xDE && c != 0xD7)) return static_cast<char16_t>(c + 32);
-  if (c >= 0x391 && c <= 0x3AB && c != 0x3A2) return static_cast<char16_t>(c + 32);
-  if (c >= 0x410 && c <= 0x42F) return static_cast<char16_t>(c + 32);
-  if (c >= 0x400 && c <= 0x40F) return static_cast<char16_t>(c + 80);
-  if (c >= 0x100 && c <= 0x17F && c % 2 == 0 && c != 0x130 && c != 0x138) {
-    return static_cast<char16_t>(c + 1);
-  }
-  return c;
+  const auto* run = std::upper_bound(
+      std::begin(kUppercaseRuns), std::end(kUppercaseRuns), c,
+      [](char16_t value, const CaseRun& r) { return value < r.first; });
+  if (run == std::begin(kUppercaseRuns)) return c;
+  --run;
+  if (c > run->last || (c - run->first) % run->stride != 0) return c;
+  return static_cast<char16_t>(c + run->delta);
 }
 
 // Iterative wildcard match with single-star backtracking: linear in practice and never
@@ -48,13 +57,15 @@ bool matchOne(std::u16string_view name, std::u16string_view pattern) {
 }  // namespace
 
 bool matchesPattern(std::u16string_view name, std::u16string_view pattern) {
+  // The shell's old spelling of "every file", whether or not the name has a dot.
+  if (pattern == u"*.*") return true;
   std::size_t start = 0;
-  while (start <= pattern.size()) {
+  while (start < pattern.size()) {
     std::size_t end = pattern.find(u';', start);
     if (end == std::u16string_view::npos) end = pattern.size();
     std::u16string_view one = pattern.substr(start, end - start);
     while (!one.empty() && one.front() == u' ') one.remove_prefix(1);
-    if (!one.empty() && matchOne(name, one)) return true;
+    if (matchOne(name, one)) return true;
     start = end + 1;
   }
   return false;
