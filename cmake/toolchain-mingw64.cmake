@@ -23,4 +23,11 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
+# Every program and DLL carries its C++ runtime (libstdc++, libgcc, winpthreads) inside, so
+# it runs on a machine that has only the system's DLLs, and under Wine without a path to
+# MinGW's DLLs. One place for all targets, also those added later.
+set(CMAKE_EXE_LINKER_FLAGS_INIT "-static-libgcc -static-libstdc++ -static")
+set(CMAKE_SHARED_LINKER_FLAGS_INIT "-static-libgcc -static-libstdc++ -static")
+set(CMAKE_MODULE_LINKER_FLAGS_INIT "-static-libgcc -static-libstdc++ -static")
+
 set(CMAKE_CROSSCOMPILING_EMULATOR wine CACHE STRING "Runs the Windows programs (tests)")
