@@ -1,11 +1,14 @@
 // NumberConversion.cpp - stoi/stod look-alikes over from_chars/to_chars.
 #include "base/NumberConversion.h"
 
+#include "base/platform/platform.h"
+
 #include <charconv>
 #include <cmath>
 #include <limits>
 #include <stdexcept>
 #include <system_error>
+#include <type_traits>
 
 namespace qent::base {
 
@@ -59,8 +62,16 @@ T parseFloating(std::string_view text, const char* fn) {
   // sign after ours, which strtod does not.
   if (s.digits.empty() || s.digits[0] == '-' || s.digits[0] == '+') invalid(fn);
   T value{};
-  const auto [ptr, ec] = std::from_chars(s.digits.data(), s.digits.data() + s.digits.size(),
-                                         value, std::chars_format::general);
+  const char* first = s.digits.data();
+  const char* last = first + s.digits.size();
+  // long double goes through the platform layer: MinGW's from_chars reads it as a double.
+  const auto [ptr, ec] = [&] {
+    if constexpr (std::is_same_v<T, long double>) {
+      return platform::longDoubleFromChars(first, last, value);
+    } else {
+      return std::from_chars(first, last, value, std::chars_format::general);
+    }
+  }();
   (void)ptr;
   if (ec == std::errc::invalid_argument) invalid(fn);
   if (ec == std::errc::result_out_of_range) outOfRange(fn);
@@ -70,7 +81,14 @@ T parseFloating(std::string_view text, const char* fn) {
 template <class T>
 std::string toChars(T value, std::chars_format format, int precision) {
   char buffer[5000];  // a long double in fixed notation can need about 4,950 digits
-  const auto [ptr, ec] = std::to_chars(buffer, buffer + sizeof buffer, value, format, precision);
+  // long double goes through the platform layer: MinGW prints it with the C locale's point.
+  const auto [ptr, ec] = [&] {
+    if constexpr (std::is_same_v<T, long double>) {
+      return platform::longDoubleToChars(buffer, buffer + sizeof buffer, value, format, precision);
+    } else {
+      return std::to_chars(buffer, buffer + sizeof buffer, value, format, precision);
+    }
+  }();
   if (ec != std::errc()) return "nan";
   return std::string(buffer, ptr);
 }

@@ -5,6 +5,7 @@
 // branch converts them to wide paths so that non-ASCII file names work.
 #pragma once
 
+#include <charconv>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -32,6 +33,18 @@ LocalTime localTimeWithMilliseconds();
 // characters, "?" exactly one, letters compare without regard to case; several patterns
 // may be joined by ";". The same on every platform, so a job finds the same files.
 bool matchesPattern(std::u16string_view name, std::u16string_view pattern);
+
+// std::from_chars for long double in chars_format::general, with long double's full
+// precision and range on every platform. (MinGW's libstdc++ reads a long double through
+// double, so "12345678901234567890" lost its last digits and "1e400" was out of range.)
+std::from_chars_result longDoubleFromChars(const char* first, const char* last,
+                                           long double& value);
+
+// std::to_chars for long double with a precision, always with a decimal point. (libstdc++
+// prints some of these through printf, which follows the C locale: "3,250000" in a German
+// application; MinGW's for every format, glibc's for some.)
+std::to_chars_result longDoubleToChars(char* first, char* last, long double value,
+                                       std::chars_format format, int precision);
 
 // Converts between UTF-8 text and the platform's native path form.
 std::filesystem::path pathFromUtf8(std::string_view utf8);

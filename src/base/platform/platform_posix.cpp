@@ -41,6 +41,11 @@ LocalTime localTimeWithMilliseconds() {
           local.tm_min, local.tm_sec, static_cast<int>(now.tv_usec / 1000)};
 }
 
+std::from_chars_result longDoubleFromChars(const char* first, const char* last,
+                                           long double& value) {
+  return std::from_chars(first, last, value, std::chars_format::general);
+}
+
 std::filesystem::path pathFromUtf8(std::string_view utf8) {
   return std::filesystem::path(std::string(utf8));
 }

@@ -6,6 +6,12 @@
 #define WIN32_LEAN_AND_MEAN
 #include <windows.h>
 
+#include <cerrno>
+#include <cfloat>
+#include <clocale>
+#include <cmath>
+#include <cstdlib>
+#include <string>
 #include <vector>
 
 namespace qent::base::platform {
@@ -73,6 +79,47 @@ LocalTime localTimeWithMilliseconds() {
   GetLocalTime(&now);
   return {now.wYear, now.wMonth, now.wDay, now.wHour, now.wMinute, now.wSecond,
           now.wMilliseconds};
+}
+
+std::from_chars_result longDoubleFromChars(const char* first, const char* last,
+                                           long double& value) {
+  // from_chars for double finds what the number is (its extent, or that there is none);
+  // MinGW's own strtold then reads those characters exactly. strtold follows the C
+  // locale's decimal point, so the point is given in the locale's spelling.
+  double approximate = 0;
+  const std::from_chars_result extent =
+      std::from_chars(first, last, approximate, std::chars_format::general);
+  if (extent.ec == std::errc::invalid_argument) return extent;
+  const char* start = first != extent.ptr && *first == '-' ? first + 1 : first;
+  const bool finite = start != extent.ptr && ((*start >= '0' && *start <= '9') || *start == '.');
+  if (!finite) {  // "inf", "nan": nothing is lost through double
+    value = approximate;
+    return extent;
+  }
+  const char* point = std::localeconv()->decimal_point;
+  std::string text;
+  for (const char* c = first; c != extent.ptr; ++c) {
+    if (*c == '.') {
+      text += point != nullptr && *point != '\0' ? point : ".";
+    } else {
+      text += *c;
+    }
+  }
+  errno = 0;
+  char* end = nullptr;
+  const long double exact = std::strtold(text.c_str(), &end);
+  if (end != text.c_str() + text.size()) {
+    // The locale changed under us (another thread); double's answer is still a number.
+    if (extent.ec == std::errc()) value = approximate;
+    return extent;
+  }
+  // As libstdc++ on Linux: overflow and underflow (also to a subnormal number) are out of
+  // range, and the value stays as it was.
+  if (errno == ERANGE || std::isinf(exact) || (exact != 0 && std::fabs(exact) < LDBL_MIN)) {
+    return {extent.ptr, std::errc::result_out_of_range};
+  }
+  value = exact;
+  return {extent.ptr, std::errc()};
 }
 
 std::filesystem::path pathFromUtf8(std::string_view utf8) {

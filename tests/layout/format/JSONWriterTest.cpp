@@ -139,7 +139,8 @@ TEST(JSONWriterTest, EmbedsASubtreeInAnotherDocument) {
 
 TEST(JSONWriterTest, NumbersIgnoreTheProcessLocale) {
   const std::string before = std::setlocale(LC_ALL, nullptr);
-  if (std::setlocale(LC_ALL, "de_DE.UTF-8") == nullptr) {
+  if (std::setlocale(LC_ALL, "de_DE.UTF-8") == nullptr &&
+      std::setlocale(LC_ALL, "de_DE") == nullptr) {  // the Windows C runtime's name
     GTEST_SKIP() << "the de_DE.UTF-8 locale is not installed";
   }
   const std::string json = written("Word(conf=85.5,size=10.25)");
