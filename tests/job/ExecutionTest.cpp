@@ -24,6 +24,18 @@ std::string layoutNamed(const std::string& word) {
          R"(","top":0,"type":"word","width":40}],"height":10,"left":0,"top":0,"type":"line","width":40}],"index_in_layout":0,"type":"page"}],"type":"node"}})";
 }
 
+// Points the job at `input` inside the test's directory and, when `output` is given, asks for
+// it there as a JSON layout.
+void inWorkspace(Job& job, const TempDir& dir, const std::string& input,
+                 const char* output = nullptr) {
+  job.set("WorkSpace", dir.path().string());
+  job.set("InputFilename", input);
+  if (output != nullptr) {
+    job.set("OutputFilename", output);
+    job.set("OutputFilename.Format", "json");
+  }
+}
+
 std::string errorOf(Job& job) {
   const std::string text = job.errorText();
   return text.rfind("error in OrmidaJobExecute: ", 0) == 0 ? text.substr(27) : "<" + text + ">";
@@ -34,10 +46,7 @@ TEST(ExecutionTest, JsonLayoutComesOutByteIdentical) {
   const std::string layout = layoutNamed("alpha");
   dir.write("in.json", layout);
   Job job;
-  job.set("WorkSpace", dir.path().string());
-  job.set("InputFilename", "in.json");
-  job.set("OutputFilename", "out.json");
-  job.set("OutputFilename.Format", "json");
+  inWorkspace(job, dir, "in.json", "out.json");
   ASSERT_EQ(job.execute(), ORMIDA_OK) << job.errorText();
   EXPECT_EQ(readAll(dir / "out.json"), layout);
 }
@@ -104,10 +113,7 @@ TEST(ExecutionTest, RepeatedExecuteReloadsTheDocuments) {
   TempDir dir;
   dir.write("in.json", layoutNamed("before"));
   Job job;
-  job.set("WorkSpace", dir.path().string());
-  job.set("InputFilename", "in.json");
-  job.set("OutputFilename", "out.json");
-  job.set("OutputFilename.Format", "json");
+  inWorkspace(job, dir, "in.json", "out.json");
   ASSERT_EQ(job.execute(), ORMIDA_OK);
   dir.write("in.json", layoutNamed("after"));
   ASSERT_EQ(job.execute(), ORMIDA_OK);
@@ -118,8 +124,7 @@ TEST(ExecutionTest, NothingIsWrittenWithoutAnOutputProperty) {
   TempDir dir;
   dir.write("in.json", layoutNamed("x"));
   Job job;
-  job.set("WorkSpace", dir.path().string());
-  job.set("InputFilename", "in.json");
+  inWorkspace(job, dir, "in.json");
   EXPECT_EQ(job.execute(), ORMIDA_OK) << job.errorText();
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path()),
                           std::filesystem::directory_iterator()),
@@ -132,8 +137,7 @@ TEST(ExecutionTest, UnsupportedFormatWritesNothingAndKeepsTheEarlierFile) {
   dir.write("out.json", "earlier output");
   for (const char* formats : {"pdf", "json;pdf", "", ";"}) {
     Job job;
-    job.set("WorkSpace", dir.path().string());
-    job.set("InputFilename", "in.json");
+    inWorkspace(job, dir, "in.json");
     job.set("OutputFilename", "out.json");
     job.set("OutputFilename.Format", formats);
     EXPECT_EQ(job.execute(), ORMIDA_FAILED) << formats;
@@ -198,8 +202,7 @@ TEST(ExecutionTest, BrokenLayoutReportsTheReadersError) {
   TempDir dir;
   dir.write("broken.json", "{\"root\": [}");
   Job job;
-  job.set("WorkSpace", dir.path().string());
-  job.set("InputFilename", "broken.json");
+  inWorkspace(job, dir, "broken.json");
   EXPECT_EQ(job.execute(), 20039u);
   EXPECT_EQ(errorOf(job), "Failed to parse JSON layout");
 }
@@ -214,8 +217,7 @@ TEST(ExecutionTest, MissingOperationsFailWithTheirNames) {
       {"AddressRecognition", "Address recognition (AddressRecognition)"}};
   for (const auto& [property, operation] : switches) {
     Job job;
-    job.set("WorkSpace", dir.path().string());
-    job.set("InputFilename", "in.json");
+    inWorkspace(job, dir, "in.json");
     job.set(property, "true");
     EXPECT_EQ(job.execute(), 20020u) << property;
     EXPECT_EQ(errorOf(job), std::string(operation) + " is not available in this build of Ormida");
@@ -226,8 +228,7 @@ TEST(ExecutionTest, UnknownWordRecognizerOptionIsRefused) {
   TempDir dir;
   dir.write("in.json", layoutNamed("x"));
   Job job;
-  job.set("WorkSpace", dir.path().string());
-  job.set("InputFilename", "in.json");
+  inWorkspace(job, dir, "in.json");
   job.set("WordRecognizer", "1");
   job.set("WordRecognizer.Colour", "blue");
   EXPECT_EQ(job.execute(), 20020u);
@@ -238,8 +239,7 @@ TEST(ExecutionTest, BadIntegerOptionIsAnUndefinedError) {
   TempDir dir;
   dir.write("in.json", layoutNamed("x"));
   Job job;
-  job.set("WorkSpace", dir.path().string());
-  job.set("InputFilename", "in.json");
+  inWorkspace(job, dir, "in.json");
   job.set("BestOfLayout", "true");
   job.set("BestOfLayout.PageWidth", "wide");
   EXPECT_EQ(job.execute(), ORMIDA_FAILED);
@@ -250,8 +250,7 @@ TEST(ExecutionTest, CompareNeedsASecondDocument) {
   TempDir dir;
   dir.write("in.json", layoutNamed("x"));
   Job job;
-  job.set("WorkSpace", dir.path().string());
-  job.set("InputFilename", "in.json");
+  inWorkspace(job, dir, "in.json");
   job.set("Compare", "true");
   EXPECT_EQ(job.execute(), ORMIDA_FAILED);
   EXPECT_EQ(errorOf(job), "No CompareWidth document loaded");
@@ -264,10 +263,7 @@ TEST(ExecutionTest, PlainTextMainDocumentHasNoLayoutToWrite) {
   TempDir dir;
   dir.write("notes.txt", "just some text\n");
   Job job;
-  job.set("WorkSpace", dir.path().string());
-  job.set("InputFilename", "notes.txt");
-  job.set("OutputFilename", "out.json");
-  job.set("OutputFilename.Format", "json");
+  inWorkspace(job, dir, "notes.txt", "out.json");
   EXPECT_EQ(job.execute(), ORMIDA_FAILED);
   EXPECT_NE(errorOf(job).find("is plain text and has no layout to write"), std::string::npos);
 }
@@ -285,10 +281,7 @@ TEST(ExecutionTest, Utf16InputIsConverted) {
   dir.write("bom.json", "\xEF\xBB\xBF" + layout);
   for (const char* name : {"utf16.json", "bom.json"}) {
     Job job;
-    job.set("WorkSpace", dir.path().string());
-    job.set("InputFilename", name);
-    job.set("OutputFilename", "out.json");
-    job.set("OutputFilename.Format", "json");
+    inWorkspace(job, dir, name, "out.json");
     ASSERT_EQ(job.execute(), ORMIDA_OK) << job.errorText();
     EXPECT_EQ(readAll(dir / "out.json"), layout) << name;
   }
