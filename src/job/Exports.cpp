@@ -6,18 +6,20 @@
 #include "base/TraceLog.h"
 #include "base/Unicode.h"
 #include "base/Version.h"
+#include "job/JobRegistry.h"
 #include "job/OrmidaJob.h"
 #include "job/property_table.h"
 
 #include <cstring>
 #include <limits>
+#include <memory>
 #include <new>
 #include <string>
 
 namespace {
 
 using qent::job::JobImplementationBase;
-using qent::job::JobImplementationBaseDummy;
+using qent::job::JobRegistry;
 using qent::job::OrmidaJob;
 
 std::u16string wide(const OrmidaChar* text, std::size_t length) {
@@ -30,14 +32,10 @@ std::u16string wide(const OrmidaChar* text) {
   return wide(text, length);
 }
 
-// The run-time type check of a handle: the tag is read first, so that a pointer to some
-// other block (zeroed memory, a freed job) is refused before its virtual table is used.
-JobImplementationBase* asJob(OrmidaJobHandle handle) noexcept {
-  if (!JobImplementationBase::isLiveJobAt(handle)) return nullptr;
-  auto* candidate = static_cast<JobImplementationBase*>(reinterpret_cast<OrmidaJob*>(handle));
-  return dynamic_cast<JobImplementationBase*>(
-      static_cast<JobImplementationBaseDummy*>(candidate));
-}
+// The run-time type check of a handle: only jobs this library made and has not yet freed
+// are jobs; anything else (zeroed memory, a freed job, a foreign pointer) is refused
+// without reading it.
+JobImplementationBase* asJob(OrmidaJobHandle handle) noexcept { return JobRegistry::find(handle); }
 
 // Runs fn and turns an exception into a code and the job's error text:
 // the library's exception keeps its code, other runtime errors give 9 with their text,
@@ -79,7 +77,12 @@ extern "C" {
 uint32_t OrmidaJobCreate(OrmidaJobHandle* job) {
   if (job == nullptr) return ORMIDA_BAD_ARGUMENT;
   try {
-    *job = reinterpret_cast<OrmidaJobHandle>(new OrmidaJob());
+    auto instance = std::make_unique<OrmidaJob>();
+    JobImplementationBase* base = instance.get();
+    JobRegistry::add(base);
+    // The handle is the address the registry knows the job by.
+    *job = reinterpret_cast<OrmidaJobHandle>(base);
+    instance.release();
     return ORMIDA_OK;
   } catch (...) {
     return ORMIDA_FAILED;
@@ -88,9 +91,11 @@ uint32_t OrmidaJobCreate(OrmidaJobHandle* job) {
 
 uint32_t OrmidaJobFree(OrmidaJobHandle* job) {
   if (job == nullptr || *job == nullptr) return ORMIDA_BAD_ARGUMENT;
-  JobImplementationBase* instance = asJob(*job);
+  // Taken out of the registry first, so a second free of the same handle, even from
+  // another thread at the same moment, is refused instead of deleting twice.
+  JobImplementationBase* instance = JobRegistry::remove(*job);
   if (instance == nullptr) return ORMIDA_BAD_ARGUMENT;
-  delete static_cast<JobImplementationBaseDummy*>(instance);
+  delete instance;
   *job = nullptr;
   return ORMIDA_OK;
 }

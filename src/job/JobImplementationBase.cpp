@@ -5,34 +5,15 @@
 #include "base/Unicode.h"
 #include "job/property_table.h"
 
-#include <atomic>
-#include <cstddef>
 #include <cstdint>
-#include <cstring>
 
 namespace qent::job {
 
 JobImplementationBaseDummy::~JobImplementationBaseDummy() = default;
 
-namespace {
-// Where the tag sits inside a job, learnt from the first job made; -1 before that, when no
-// address can hold a job.
-std::atomic<std::ptrdiff_t> tagOffset{-1};
-}  // namespace
+JobImplementationBase::JobImplementationBase() = default;
 
-JobImplementationBase::JobImplementationBase() {
-  tagOffset.store(reinterpret_cast<const char*>(&tag_) - reinterpret_cast<const char*>(this));
-}
-
-JobImplementationBase::~JobImplementationBase() { tag_ = 0; }
-
-bool JobImplementationBase::isLiveJobAt(const void* address) noexcept {
-  const std::ptrdiff_t offset = tagOffset.load();
-  if (address == nullptr || offset < 0) return false;
-  std::uint64_t tag = 0;
-  std::memcpy(&tag, static_cast<const char*>(address) + offset, sizeof tag);
-  return tag == kJobTag;
-}
+JobImplementationBase::~JobImplementationBase() = default;
 
 bool JobImplementationBase::setPropertyById(std::uint32_t number, const std::u16string& value) {
   properties_.setPlain(number, value);

@@ -36,14 +36,7 @@ public:
   void setErrorText(std::string text) { errorText_ = std::move(text); }
   const PropertyStore& properties() const { return properties_; }
 
-  // True when `address` points at a live job. Only the raw bytes where a job keeps its tag
-  // are read, never a member or the virtual table, so the exports can test a handle that
-  // points at something else (zeroed memory, a freed job) and refuse it instead of crashing.
-  static bool isLiveJobAt(const void* address) noexcept;
-
 private:
-  static constexpr std::uint64_t kJobTag = 0x4f524d4944414a42ULL;  // "ORMIDAJB"
-  std::uint64_t tag_ = kJobTag;
   std::string errorText_;
   PropertyStore properties_;
 };

@@ -3,6 +3,7 @@
 #include "ormida/ormida.h"
 
 #include "base/QentException.h"
+#include "job/JobRegistry.h"
 #include "job/OrmidaJob.h"
 #include "support/JobApi.h"
 
@@ -21,6 +22,20 @@ using qent::test::u16;
 const OrmidaChar* c(const std::u16string& text) {
   return reinterpret_cast<const OrmidaChar*>(text.c_str());
 }
+
+// A handle for a job the test made itself (to reach its internals), known to the exports
+// while the handle lives.
+class TestHandle {
+public:
+  explicit TestHandle(qent::job::OrmidaJob& job) : job_(&job) {
+    qent::job::JobRegistry::add(job_);
+  }
+  ~TestHandle() { qent::job::JobRegistry::remove(job_); }
+  operator OrmidaJobHandle() const { return reinterpret_cast<OrmidaJobHandle>(job_); }
+
+private:
+  qent::job::JobImplementationBase* job_;
+};
 
 TEST(ExportsTest, VersionNumberAndTextAgree) {
   EXPECT_EQ(OrmidaGetVersion(), 0x01070000u);
@@ -77,15 +92,25 @@ TEST(ExportsTest, NullArgumentsGiveBadArgument) {
   EXPECT_EQ(size, 10u);
 }
 
+// Under AddressSanitizer a freed handle proves that the check never reads the memory.
 TEST(ExportsTest, HandleThatIsNotAJobIsRefused) {
   alignas(16) unsigned char zeroed[256] = {};
-  auto handle = reinterpret_cast<OrmidaJobHandle>(zeroed);
+  OrmidaJobHandle freed = nullptr;
+  ASSERT_EQ(OrmidaJobCreate(&freed), ORMIDA_OK);
+  const OrmidaJobHandle freedCopy = freed;
+  ASSERT_EQ(OrmidaJobFree(&freed), ORMIDA_OK);
   const std::u16string name = u"WorkSpace";
-  size_t size = 0;
-  EXPECT_EQ(OrmidaJobSetProperty(handle, c(name), c(name), 3), ORMIDA_BAD_ARGUMENT);
-  EXPECT_EQ(OrmidaJobGetErrorText(handle, nullptr, &size), ORMIDA_BAD_ARGUMENT);
-  EXPECT_EQ(OrmidaJobGetProperty(handle, c(name), nullptr, &size), ORMIDA_BAD_ARGUMENT);
-  EXPECT_EQ(OrmidaJobExecute(handle), ORMIDA_BAD_ARGUMENT);
+  for (OrmidaJobHandle handle : {reinterpret_cast<OrmidaJobHandle>(zeroed), freedCopy,
+                                 reinterpret_cast<OrmidaJobHandle>(const_cast<std::u16string*>(&name))}) {
+    size_t size = 0;
+    EXPECT_EQ(OrmidaJobSetProperty(handle, c(name), c(name), 3), ORMIDA_BAD_ARGUMENT);
+    EXPECT_EQ(OrmidaJobGetErrorText(handle, nullptr, &size), ORMIDA_BAD_ARGUMENT);
+    EXPECT_EQ(OrmidaJobGetProperty(handle, c(name), nullptr, &size), ORMIDA_BAD_ARGUMENT);
+    EXPECT_EQ(OrmidaJobExecute(handle), ORMIDA_BAD_ARGUMENT);
+    OrmidaJobHandle again = handle;
+    EXPECT_EQ(OrmidaJobFree(&again), ORMIDA_BAD_ARGUMENT);
+    EXPECT_EQ(again, handle);
+  }
 }
 
 TEST(ExportsTest, CreateAndFree) {
@@ -109,7 +134,7 @@ TEST(ExportsTest, SetPropertyCodes) {
 
 TEST(ExportsTest, ZeroLengthValueAndEmbeddedZerosAreStoredExactly) {
   auto job = std::make_unique<qent::job::OrmidaJob>();
-  auto handle = reinterpret_cast<OrmidaJobHandle>(job.get());
+  const TestHandle handle(*job);
   const std::u16string name = u"WorkSpace";
   const std::u16string value(u"a\0b", 3);
   ASSERT_EQ(OrmidaJobSetProperty(handle, c(name), c(value), 0), ORMIDA_OK);
@@ -123,7 +148,7 @@ TEST(ExportsTest, ZeroLengthValueAndEmbeddedZerosAreStoredExactly) {
 TEST(ExportsTest, GetPropertyReportsSizeThenCopies) {
   qent::job::OrmidaJob job;
   job.setSubResult(86, 635, u"{\"x\":1}");  // Compare.Result
-  auto handle = reinterpret_cast<OrmidaJobHandle>(&job);
+  const TestHandle handle(job);
   const std::u16string name = u"Compare.Result";
 
   OrmidaChar buffer[32];
@@ -145,7 +170,7 @@ TEST(ExportsTest, GetPropertyChoosesResultOrSubResultByName) {
   qent::job::OrmidaJob job;
   job.setResult(87, u"{\"errorRate\":0.5}");  // CompareErrorRate
   job.setSubResult(86, 635, u"R");
-  auto handle = reinterpret_cast<OrmidaJobHandle>(&job);
+  const TestHandle handle(job);
   struct Case {
     std::u16string name;
     uint32_t code;
@@ -209,7 +234,7 @@ class ExceptionConversionTest : public ::testing::TestWithParam<ConversionCase> 
 
 TEST_P(ExceptionConversionTest, ExecuteTurnsExceptionIntoCodeAndText) {
   ThrowingJob job(GetParam().thrower);
-  auto handle = reinterpret_cast<OrmidaJobHandle>(&job);
+  const TestHandle handle(job);
   EXPECT_EQ(OrmidaJobExecute(handle), GetParam().code);
   char text[256];
   size_t size = 1;  // the capacity is deliberately not consulted
@@ -221,7 +246,7 @@ TEST_P(ExceptionConversionTest, ExecuteTurnsExceptionIntoCodeAndText) {
 TEST_P(ExceptionConversionTest, GetErrorTextConvertsFailuresOfItsPreparation) {
   ThrowingJob job(GetParam().thrower);
   job.throwInPrepare_ = true;
-  auto handle = reinterpret_cast<OrmidaJobHandle>(&job);
+  const TestHandle handle(job);
   char text[256];
   size_t size = sizeof text;
   ASSERT_EQ(OrmidaJobGetErrorText(handle, text, &size), ORMIDA_OK);
