@@ -41,7 +41,10 @@ bool OrmidaJob::setPropertyById(std::uint32_t number, const std::u16string& valu
   return JobImplementationBase::setPropertyById(number, value);
 }
 
-void OrmidaJob::execute() { JobExecution(*this).run(); }
+void OrmidaJob::execute() {
+  transformResult_.reset();
+  JobExecution(*this).run();
+}
 
 void OrmidaJob::prepareErrorText() {}
 
@@ -63,7 +66,12 @@ bool OrmidaJob::getResultProperty(std::uint32_t number, std::u16string& value) {
     return true;
   }
   if (number == kTransformLayout) {
-    value = JobExecution(*this).transformLayout();
+    if (!transformResult_ || transformRevision_ != properties().revision()) {
+      transformResult_.reset();
+      transformResult_ = JobExecution(*this).transformLayout();
+      transformRevision_ = properties().revision();
+    }
+    value = *transformResult_;
     return true;
   }
   return false;

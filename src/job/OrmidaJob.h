@@ -5,6 +5,7 @@
 #include "job/JobImplementationBase.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -38,6 +39,10 @@ private:
   std::unordered_map<std::uint32_t, std::u16string> subResults_;
   DocumentList documents_;
   std::vector<std::u16string> scratch_;  // the small list the operations share
+  // TransformLayout is computed on its first read after an execute and kept while the
+  // properties stay as they were, so asking for the size and then the text transforms once.
+  std::optional<std::u16string> transformResult_;
+  std::uint64_t transformRevision_ = 0;
   std::uint64_t traceOpenings_ = 0;
 };
 

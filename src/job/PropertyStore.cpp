@@ -8,15 +8,27 @@
 namespace qent::job {
 
 void PropertyStore::setPlain(std::uint32_t number, std::u16string value) {
+  ++revision_;
   plain_[number] = std::move(value);
 }
 
 void PropertyStore::appendSub(std::uint32_t mainNumber, std::u16string subName,
                               std::u16string value) {
+  ++revision_;
+  std::erase_if(subs_, [&](const SubPropertyRecord& record) {
+    return record.mainNumber == mainNumber && record.subName == subName;
+  });
   subs_.push_back({mainNumber, std::move(subName), std::move(value)});
 }
 
 void PropertyStore::appendUnknown(std::u16string name, std::u16string value) {
+  ++revision_;
+  for (auto& [knownName, knownValue] : unknown_) {
+    if (knownName == name) {
+      knownValue = std::move(value);
+      return;
+    }
+  }
   unknown_.emplace_back(std::move(name), std::move(value));
 }
 

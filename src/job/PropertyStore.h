@@ -1,9 +1,11 @@
 // PropertyStore.h - the properties a caller has set on a job.
 //
 // Plain properties are keyed by their number; a later set replaces the value. Dotted
-// sub-properties ("Compare.Level") are kept as a list in the order set, one record per
-// set, so the operation that reads them sees every value and the last one wins. Names
-// that resolve to nothing are kept, unread, in a list of their own.
+// sub-properties ("Compare.Level") are kept as a list in the order set, so the operation
+// that reads them walks them in that order and the last one wins. Setting a dotted name
+// again drops its earlier record and appends the new one: a job reused for many requests
+// keeps one record per name instead of growing with every set. Names that resolve to
+// nothing are kept, unread, in a list of their own, one entry per name.
 #pragma once
 
 #include <cstdint>
@@ -43,6 +45,8 @@ public:
       std::uint32_t mainNumber) const;
 
   const std::vector<SubPropertyRecord>& subRecords() const { return subs_; }
+  // Counts every set; a result computed from the properties is stale once it moved on.
+  std::uint64_t revision() const { return revision_; }
   const std::vector<std::pair<std::u16string, std::u16string>>& unknown() const {
     return unknown_;
   }
@@ -51,6 +55,7 @@ private:
   std::unordered_map<std::uint32_t, std::u16string> plain_;
   std::vector<SubPropertyRecord> subs_;
   std::vector<std::pair<std::u16string, std::u16string>> unknown_;
+  std::uint64_t revision_ = 0;
 };
 
 }  // namespace qent::job

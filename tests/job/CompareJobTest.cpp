@@ -148,7 +148,9 @@ TEST_F(CompareJobTest, TransformLayoutMovesTheMainLayoutOntoTheReference) {
             std::string::npos)
       << moved;
   EXPECT_EQ(readAll(dir_ / "moved.json"), moved);
+  std::filesystem::remove(dir_ / "moved.json");
   EXPECT_EQ(job_.get("TransformLayout").second, moved) << "reading again gives the same text";
+  EXPECT_FALSE(std::filesystem::exists(dir_ / "moved.json")) << "computed once, not per read";
 
   job_.set("TransformLayout.With", "missing.json");
   EXPECT_NE(job_.get("TransformLayout").first, ORMIDA_OK);
