@@ -1,6 +1,7 @@
 // PropertyHelp.h - the job properties a user sets most, with their types and defaults, for
 // `ormida --help`. The library accepts every name of its property table; this list is the
-// part of it that has an effect.
+// part of it that has an effect. Operations this release does not contain yet say so, so
+// nobody has to learn it from an error.
 #pragma once
 
 namespace ormida::cli {
@@ -18,7 +19,7 @@ inline constexpr PropertyHelp kProperties[] = {
     {"InputMemoryAddress", "string", "unset", "ADDRESS:SIZE items in decimal (for programs, not the shell)"},
     {"WorkSpace", "string", "empty", "directory that relative paths are resolved against"},
     {"OutputFilename", "string", "unset", "output file"},
-    {"OutputFilename.Format", "string", "HOCR", "formats joined by \";\": hocr, json, webanno, txtutf8, html"},
+    {"OutputFilename.Format", "string", "HOCR", "formats joined by \";\": hocr, json, webanno, txtutf8 (html: not built yet)"},
     {"Compare", "boolean", "false", "compare the main layout with a second layout"},
     {"Compare.With", "string", "unset", "document to compare with (else the second input)"},
     {"Compare.Level", "enum", "Word", "None, Glyph, Word, Line"},
@@ -27,19 +28,16 @@ inline constexpr PropertyHelp kProperties[] = {
     {"Compare.PartialSegmentationErrors", "boolean", "true", "count partial segmentation errors"},
     {"Compare.TransformStrategy", "enum", "Corner", "None, Corner, Center"},
     {"Compare.OutputFilename", "string", "unset", "file that receives the comparison result JSON"},
-    {"ExtractFromLayout", "boolean", "false", "compare extracted pages with a reference (CompareErrorRate)"},
-    {"CheckMask", "boolean", "false", "evaluate region templates (CheckMask.Regions)"},
-    {"EntityExtraction", "boolean", "false", "extract sensitive entities"},
-    {"WordRecognizer", "boolean", "false", "judge text quality with dictionaries"},
-    {"BestOfLayout", "boolean", "false", "merge all inputs into a best-of layout"},
-    {"AddressRecognition", "boolean", "false", "recognise address blocks instead of writing output"},
+    {"ExtractFromLayout", "boolean", "false", "compare extracted pages with a reference (CompareErrorRate) [not built yet: fails with 20020]"},
+    {"CheckMask", "boolean", "false", "evaluate region templates (CheckMask.Regions) [not built yet: fails with 20020]"},
+    {"EntityExtraction", "boolean", "false", "extract sensitive entities [not built yet: fails with 20020]"},
+    {"WordRecognizer", "boolean", "false", "judge text quality with dictionaries [not built yet: fails with 20020]"},
+    {"BestOfLayout", "boolean", "false", "merge all inputs into a best-of layout [not built yet: fails with 20020]"},
+    {"AddressRecognition", "boolean", "false", "recognise address blocks instead of writing output [not built yet: fails with 20020]"},
     {"TraceFilename", "string", "unset", "write a diagnostic trace to this file"},
 };
 
-// Results that --get can print.
-inline constexpr const char* kResults[] = {
-    "Compare.Result", "CompareErrorRate", "CheckMask.Result", "WordRecognizer.Result",
-    "AddressRecognition.Output", "AddressRecognition.TestRecipient",
-    "AddressRecognition.TestSender", "TransformLayout"};
+// Results that --get can print; the others belong to operations not built yet.
+inline constexpr const char* kResults[] = {"Compare.Result", "TransformLayout"};
 
 }  // namespace ormida::cli

@@ -49,8 +49,10 @@ typedef struct OrmidaJobOpaque* OrmidaJobHandle;
 /* Return codes shared by every function. */
 #define ORMIDA_OK                0u  /* success */
 #define ORMIDA_FAILED            9u  /* failed with an error other than the library's own; error text set */
-#define ORMIDA_BAD_ARGUMENT     29u  /* null handle or pointer, zero length, handle that is not a job,
-                                        or a failure while copying the arguments; error text untouched */
+#define ORMIDA_BAD_ARGUMENT     29u  /* null handle or pointer, a handle that is not a live job (never
+                                        created, or already freed), a length of 0 for
+                                        OrmidaGetVersionText (a value length of 0 is valid), or a
+                                        failure while copying the arguments; error text untouched */
 #define ORMIDA_BUFFER_TOO_SMALL 47u  /* buffer too small; the needed size has been written back */
 #define ORMIDA_UNKNOWN_PROPERTY 99u  /* property not accepted (set) or not available (get) */
 
@@ -63,7 +65,8 @@ typedef struct OrmidaJobOpaque* OrmidaJobHandle;
    QENT_TEXTTRACE names a file, the job opens the trace log on it. */
 ORMIDA_API uint32_t OrmidaJobCreate(OrmidaJobHandle* job);
 
-/* Destroys *job and sets it to null. Returns 29 when job or *job is null, else 0. */
+/* Destroys *job and sets it to null. Returns 29 when job or *job is null or *job is not a
+   live job (a second free of the same handle), else 0. */
 ORMIDA_API uint32_t OrmidaJobFree(OrmidaJobHandle* job);
 
 /* Runs the job once with the properties as they stand. Returns 0 on success, 29 for a null
@@ -81,8 +84,8 @@ ORMIDA_API uint32_t OrmidaJobSetProperty(OrmidaJobHandle job, const OrmidaChar* 
 /* Reads result property `name`. On entry *size is the capacity of `buffer` in code units.
    When the property exists, *size becomes its length plus one; if the capacity sufficed
    the value and its zero are copied and 0 is returned, else nothing is copied and 47 is
-   returned. An unavailable property returns 99 with *size unchanged. A null handle
-   returns 29. Values the caller set are not readable back. */
+   returned. An unavailable property returns 99 with *size unchanged. A null handle, name
+   or size, or a handle that is not a job, returns 29. Values the caller set are not readable back. */
 ORMIDA_API uint32_t OrmidaJobGetProperty(OrmidaJobHandle job, const OrmidaChar* name,
                                          OrmidaChar* buffer, size_t* size);
 
