@@ -1,0 +1,69 @@
+// ComparisonStep.cpp - the main layout compared with a second layout.
+#include "base/Unicode.h"
+#include "job/JobExecution.h"
+#include "job/OrmidaJob.h"
+#include "job/PropertyStore.h"
+#include "job/PropertyValues.h"
+#include "job/property_table.h"
+#include "job/steps/JobSteps.h"
+#include "layout/comparison/LayoutComparison.h"
+
+#include <stdexcept>
+
+namespace qent::job::steps {
+
+namespace {
+
+namespace comparison = text::layout::comparison;
+using text::layout::format::Document;
+
+struct StepOptions {
+  comparison::CompareOptions compare;  // Word, Text, edit distance, partial errors, Corner
+  std::u16string with;
+  std::u16string outputFilename;
+};
+
+StepOptions readOptions(const PropertyStore& properties) {
+  StepOptions options;
+  comparison::CompareOptions& compare = options.compare;
+  for (const auto& [sub, value] : properties.subProperties(kCompare)) {
+    switch (sub) {
+      case kLevel: compare.level = comparison::levelFromName(value); break;
+      case kMode: compare.mode = comparison::modeFromName(value); break;
+      case kEditDistance: compare.characterwise = toBoolean(value); break;
+      case kPartialSegmentationErrors: compare.countLengthDifference = toBoolean(value); break;
+      case kTransformStrategy: compare.alignment = comparison::alignmentFromName(value); break;
+      case kWith: options.with = value; break;
+      case kOutputFilename: options.outputFilename = value; break;
+      default: break;
+    }
+  }
+  return options;
+}
+
+}  // namespace
+
+void comparison(JobExecution& execution) {
+  const StepOptions options = readOptions(execution.properties());
+  OrmidaJob& job = execution.job();
+  auto second = execution.loadOptional(options.with);
+  if (!second && job.documents().size() < 2) {
+    throw std::runtime_error("No CompareWidth document loaded");
+  }
+  const Document& left = *job.documents().front();
+  const Document& right = second ? *second : *job.documents()[1];
+  for (const Document* document : {&left, &right}) {
+    if (document->layout() == nullptr) {
+      throw std::runtime_error("Layout comparison needs two layouts; " + document->name() +
+                               " is plain text");
+    }
+  }
+  // A reference loaded from Compare.With is dropped after this step: its annotations would
+  // never be read.
+  const std::string result = comparison::compareLayouts(options.compare, *left.layout(),
+                                                        *right.layout(), second == nullptr);
+  job.setSubResult(kCompare, kResult, base::utf8ToUtf16(result));
+  execution.writeResultFile(options.outputFilename, result);
+}
+
+}  // namespace qent::job::steps

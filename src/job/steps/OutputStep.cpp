@@ -1,0 +1,80 @@
+// OutputStep.cpp - the main layout written in the chosen formats, to a file and/or to the
+// caller's memory callback.
+#include "base/FileIo.h"
+#include "base/NumberConversion.h"
+#include "base/Unicode.h"
+#include "job/JobExecution.h"
+#include "job/OrmidaJob.h"
+#include "job/OutputWriters.h"
+#include "job/PropertyStore.h"
+#include "job/property_table.h"
+#include "job/steps/JobSteps.h"
+#include "ormida/ormida.h"
+
+#include <stdexcept>
+#include <vector>
+
+namespace qent::job::steps {
+
+namespace {
+
+struct OutputOptions {
+  std::u16string formats = u"HOCR";
+  bool toFile = false;
+  OrmidaMemoryOutput callback = nullptr;
+  std::uint64_t userdata = 0;
+};
+
+std::uint64_t number(const PropertyStore& properties, std::uint32_t property) {
+  return base::parseUnsigned64(base::utf16ToUtf8(properties.string(property)));
+}
+
+OutputOptions readOptions(const PropertyStore& properties) {
+  OutputOptions options;
+  options.toFile = properties.isSet(kOutputFilename);
+  for (const auto& [sub, value] : properties.subProperties(kOutputFilename)) {
+    if (sub == kFormat) options.formats = value;
+  }
+  if (properties.isSet(kMemoryOutputCallback)) {
+    const std::uint64_t address = number(properties, kMemoryOutputCallback);
+    if (address == 0) throw std::runtime_error("MemoryOutputCallback is the address 0");
+    options.callback = reinterpret_cast<OrmidaMemoryOutput>(static_cast<std::uintptr_t>(address));
+    if (properties.isSet(kMemoryOutputUserdata)) {
+      options.userdata = number(properties, kMemoryOutputUserdata);
+    }
+  }
+  return options;
+}
+
+// Every name is checked before anything is written, so a bad list writes nothing.
+std::vector<OutputFormat> formatsOf(const std::u16string& names) {
+  std::vector<OutputFormat> formats;
+  for (const std::u16string& name : splitItems(names)) {
+    formats.push_back(outputFormatFromName(base::utf16ToUtf8Lenient(name)));
+  }
+  if (formats.empty()) throw std::runtime_error("unsupported output format specified");
+  return formats;
+}
+
+}  // namespace
+
+void writeOutput(JobExecution& execution) {
+  const PropertyStore& properties = execution.properties();
+  if (!properties.isSet(kOutputFilename) && !properties.isSet(kMemoryOutputCallback)) return;
+  const OutputOptions options = readOptions(properties);
+  const text::layout::format::Document& main = *execution.job().documents().front();
+  if (main.layout() == nullptr) {
+    throw std::runtime_error("the main document " + main.name() +
+                             " is plain text and has no layout to write");
+  }
+  std::filesystem::path path = execution.resolve(properties.string(kOutputFilename));
+  const std::vector<OutputFormat> formats = formatsOf(options.formats);
+  for (const OutputFormat format : formats) {
+    const std::string text = writeLayout(*main.layout(), format);
+    if (formats.size() > 1) path.replace_extension(extensionOf(format));
+    if (options.callback != nullptr) options.callback(text.data(), text.size(), options.userdata, 0);
+    if (options.toFile) base::writeFileAtomic(path, text);
+  }
+}
+
+}  // namespace qent::job::steps
