@@ -6,10 +6,10 @@
 #include "base/Version.h"
 #include "hocr/HocrElement.h"
 #include "hocr/HocrFields.h"
-#include "hocr/HocrFormat.h"
 #include "hocr/HocrProperties.h"
 #include "hocr/IdSet.h"
 #include "layout/Layout.h"
+#include "layout/LayoutFormat.h"
 #include "layout/NodeVisitor.h"
 #include "layout/Nodes.h"
 
@@ -668,7 +668,7 @@ std::string HocrWriter::write(const Layout& layout) {
     }
   }
 
-  BodyBuilder builder(layout, layout.format() == kCloudOcrFormatCode ? 100.0 : 1.0);
+  BodyBuilder builder(layout, layout.format() == layout::kFormatCloudOcr ? 100.0 : 1.0);
   pugi::xml_node body = html.append_child("body");
   builder.build(body);
   if (!body.first_child()) body.append_child(pugi::node_pcdata);

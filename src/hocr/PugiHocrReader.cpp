@@ -6,8 +6,8 @@
 #include "base/TraceLog.h"
 #include "base/Unicode.h"
 #include "hocr/HocrFields.h"
-#include "hocr/HocrFormat.h"
 #include "layout/Layout.h"
+#include "layout/LayoutFormat.h"
 #include "layout/LayoutLimits.h"
 #include "layout/Nodes.h"
 
@@ -101,7 +101,7 @@ std::unique_ptr<layout::Layout> PugiHocrReader::read(std::string_view utf8) {
 
   auto result = std::make_unique<layout::Layout>(std::move(root));
   result->setVersions(versions);
-  result->setFormat(kHocrFormatCode);
+  result->setFormat(layout::kFormatHocr);
   if (!additional.empty()) result->root()->setAttribute(u"additional_versions", additional);
   return result;
 }

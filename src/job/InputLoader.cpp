@@ -5,7 +5,7 @@
 #include "base/NumberConversion.h"
 #include "base/Unicode.h"
 #include "base/platform/platform.h"
-#include "layout/format/DocumentReader.h"
+#include "io/DocumentReader.h"
 
 #include <algorithm>
 #include <stdexcept>
@@ -13,7 +13,7 @@
 namespace qent::job {
 
 namespace fs = std::filesystem;
-using text::layout::format::readDocument;
+using io::readDocument;
 
 std::vector<std::u16string> splitItems(const std::u16string& value) {
   std::vector<std::u16string> items;

@@ -3,9 +3,9 @@
 #include "base/FileIo.h"
 #include "base/NumberConversion.h"
 #include "base/Unicode.h"
+#include "io/FormatTable.h"
 #include "job/JobExecution.h"
 #include "job/OrmidaJob.h"
-#include "job/OutputWriters.h"
 #include "job/PropertyStore.h"
 #include "job/property_table.h"
 #include "job/steps/JobSteps.h"
@@ -47,10 +47,10 @@ OutputOptions readOptions(const PropertyStore& properties) {
 }
 
 // Every name is checked before anything is written, so a bad list writes nothing.
-std::vector<OutputFormat> formatsOf(const std::u16string& names) {
-  std::vector<OutputFormat> formats;
+std::vector<const io::Format*> formatsOf(const std::u16string& names) {
+  std::vector<const io::Format*> formats;
   for (const std::u16string& name : splitItems(names)) {
-    formats.push_back(outputFormatFromName(base::utf16ToUtf8Lenient(name)));
+    formats.push_back(&io::formatNamed(base::utf16ToUtf8Lenient(name)));
   }
   if (formats.empty()) throw std::runtime_error("unsupported output format specified");
   return formats;
@@ -68,10 +68,12 @@ void writeOutput(JobExecution& execution) {
                              " is plain text and has no layout to write");
   }
   std::filesystem::path path = execution.resolve(properties.string(kOutputFilename));
-  const std::vector<OutputFormat> formats = formatsOf(options.formats);
-  for (const OutputFormat format : formats) {
-    const std::string text = writeLayout(*main.layout(), format);
-    if (formats.size() > 1) path.replace_extension(extensionOf(format));
+  const std::vector<const io::Format*> formats = formatsOf(options.formats);
+  for (const io::Format* format : formats) {
+    io::StringSink sink;
+    io::writeLayout(*format, *main.layout(), sink);
+    const std::string& text = sink.text();
+    if (formats.size() > 1) path.replace_extension(format->extension);
     if (options.callback != nullptr) options.callback(text.data(), text.size(), options.userdata, 0);
     if (options.toFile) base::writeFileAtomic(path, text);
   }

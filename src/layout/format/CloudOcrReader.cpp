@@ -7,6 +7,7 @@
 #include "base/TraceLog.h"
 #include "base/Unicode.h"
 #include "layout/Layout.h"
+#include "layout/LayoutFormat.h"
 #include "layout/Nodes.h"
 
 #include <rapidjson/document.h>
@@ -392,7 +393,7 @@ std::unique_ptr<Layout> CloudOcrReader::read(std::string_view utf8) {
   const Value* annotation = findAnnotation(document);
   if (annotation == nullptr) throw base::QentException(base::kErrorJson, kIncorrectFormat);
   auto layout = std::make_unique<Layout>(TreeBuilder().build(*annotation));
-  layout->setFormat(kFormatCode);
+  layout->setFormat(kFormatCloudOcr);
   return layout;
 }
 

@@ -36,8 +36,6 @@ namespace qent::text::layout::format {
 //   "Bounding box for a word is not found"  a word without an object "boundingBox"
 class CloudOcrReader {
 public:
-  // The format code of the layouts this reader makes.
-  static constexpr std::uint32_t kFormatCode = 3;
   // Deepest nesting of JSON values accepted; real answers nest about twenty levels.
   static constexpr std::size_t kMaxJsonDepth = 512;
 

@@ -5,6 +5,7 @@
 #include "base/TraceLog.h"
 #include "base/Unicode.h"
 #include "layout/Layout.h"
+#include "layout/LayoutFormat.h"
 #include "layout/NodeClass.h"
 #include "layout/format/LayoutKeys.h"
 #include "layout/format/internal/JsonLayoutHandler.h"
@@ -129,7 +130,7 @@ std::unique_ptr<Layout> JSONReader::read(std::string_view utf8) {
   std::unique_ptr<Node> root = handler.takeRoot();
   if (root == nullptr) throw base::QentException(base::kErrorJson, "Root node is not found");
   auto layout = std::make_unique<Layout>(std::move(root));
-  layout->setFormat(kFormatCode);
+  layout->setFormat(kFormatJsonLayout);
   return layout;
 }
 

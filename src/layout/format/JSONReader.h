@@ -42,9 +42,6 @@ namespace qent::text::layout::format {
 //   std::invalid_argument "Width or Height of Rectangle must be > 0"
 class JSONReader : private internal::NodeBuilder {
 public:
-  // The format code of the layouts this reader makes.
-  static constexpr std::uint32_t kFormatCode = 4;
-
   JSONReader();
   ~JSONReader() override;
 

@@ -4,6 +4,7 @@
 #include "base/QentException.h"
 #include "base/Unicode.h"
 #include "layout/Layout.h"
+#include "layout/LayoutFormat.h"
 #include "layout/Nodes.h"
 
 #include <algorithm>
@@ -161,7 +162,7 @@ std::unique_ptr<Layout> WebAnnoReader::read(std::string_view utf8) {
   }
 
   auto layout = std::make_unique<Layout>(std::move(root));
-  layout->setFormat(kFormatCode);
+  layout->setFormat(kFormatWebAnno);
   return layout;
 }
 

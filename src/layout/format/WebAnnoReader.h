@@ -39,9 +39,6 @@ namespace qent::text::layout::format {
 //   "WebAnno TSV: row N is not valid UTF-8"
 class WebAnnoReader {
 public:
-  // The format code of the layouts this reader makes.
-  static constexpr std::uint32_t kFormatCode = 2;
-
   std::unique_ptr<Layout> read(std::string_view utf8);
 };
 

@@ -1,0 +1,135 @@
+// FormatTable.cpp - the formats, their content tests, readers and writers.
+#include "io/FormatTable.h"
+
+#include "base/QentException.h"
+#include "base/Unicode.h"
+#include "hocr/HocrWriter.h"
+#include "hocr/PugiHocrReader.h"
+#include "layout/Layout.h"
+#include "layout/LayoutFormat.h"
+#include "layout/format/CloudOcrReader.h"
+#include "layout/format/JSONReader.h"
+#include "layout/format/JSONWriter.h"
+#include "layout/format/PlainTextWriter.h"
+#include "layout/format/WebAnnoReader.h"
+#include "layout/format/WebAnnoWriter.h"
+
+#include <stdexcept>
+#include <string>
+
+namespace qent::io {
+
+namespace {
+
+namespace layout = text::layout;
+namespace format = text::layout::format;
+using LayoutPointer = std::unique_ptr<layout::Layout>;
+
+// What the top-level keys of a JSON object say about it. Strings are skipped with their
+// escapes and brackets counted, nothing is built, and the scan stops at the first deciding
+// key. Malformed text simply ends the scan; the real reader reports the error.
+enum class JsonKind { Layout, CloudOcr, Undecided };
+
+JsonKind classifyJson(std::string_view text) {
+  int depth = 0;
+  bool expectKey = false;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char c = text[i];
+    if (c == '"') {
+      const std::size_t start = i + 1;
+      for (++i; i < text.size() && text[i] != '"'; ++i) {
+        if (text[i] == '\\') ++i;
+      }
+      if (i >= text.size()) break;
+      if (depth == 1 && expectKey) {
+        const std::string_view key = text.substr(start, i - start);
+        if (key == "root") return JsonKind::Layout;
+        if (key == "fullTextAnnotation" || key == "responses") return JsonKind::CloudOcr;
+        expectKey = false;
+      }
+    } else if (c == '{' || c == '[') {
+      ++depth;
+      expectKey = depth == 1;
+    } else if (c == '}' || c == ']') {
+      if (--depth <= 0) break;
+    } else if (c == ',' && depth == 1) {
+      expectKey = true;
+    }
+  }
+  return JsonKind::Undecided;
+}
+
+bool isCloudOcr(std::string_view text) {
+  return text.starts_with('{') && classifyJson(text) == JsonKind::CloudOcr;
+}
+// Any other JSON object goes to the layout reader, which names what is wrong with it.
+bool isJsonLayout(std::string_view text) { return text.starts_with('{'); }
+bool isMarkup(std::string_view text) { return text.starts_with('<'); }
+bool isWebAnno(std::string_view text) { return text.starts_with("#FORMAT=WebAnno TSV"); }
+
+LayoutPointer readJson(std::string_view utf8, const ReadOptions&) {
+  return format::JSONReader().read(utf8);
+}
+LayoutPointer readCloudOcr(std::string_view utf8, const ReadOptions&) {
+  return format::CloudOcrReader().read(utf8);
+}
+LayoutPointer readHocr(std::string_view utf8, const ReadOptions&) {
+  return text::hocr::PugiHocrReader().read(utf8);
+}
+LayoutPointer readWebAnno(std::string_view utf8, const ReadOptions&) {
+  return format::WebAnnoReader().read(utf8);
+}
+
+void writeJson(const layout::Layout& layout, Sink& sink) {
+  sink.write(format::JSONWriter().write(layout));
+}
+void writeHocr(const layout::Layout& layout, Sink& sink) {
+  sink.write(text::hocr::HocrWriter().write(layout));
+}
+void writeWebAnno(const layout::Layout& layout, Sink& sink) {
+  sink.write(format::WebAnnoWriter().write(layout));
+}
+void writePlainText(const layout::Layout& layout, Sink& sink) {
+  sink.write(base::utf16ToUtf8(format::PlainTextWriter().write(layout)));
+}
+
+// In the order of OutputFilename.Format's documentation; content tests run in this order.
+constexpr Format kFormats[] = {
+    {layout::kFormatHocr, "hocr", "hOCR", "hocr", isMarkup, readHocr, writeHocr},
+    {layout::kFormatCloudOcr, "", "cloud-OCR JSON", "json", isCloudOcr, readCloudOcr, nullptr},
+    {layout::kFormatJsonLayout, "json", "JSON layout", "json", isJsonLayout, readJson, writeJson},
+    {layout::kFormatWebAnno, "webanno", "WebAnno TSV", "webAnno", isWebAnno, readWebAnno,
+     writeWebAnno},
+    {layout::kFormatNone, "txtutf8", "Plain text", "txt", nullptr, nullptr, writePlainText},
+    {layout::kFormatNone, "html", "HTML", "html", nullptr, nullptr, nullptr},
+};
+
+}  // namespace
+
+std::span<const Format> formats() { return kFormats; }
+
+const Format* formatOfContent(std::string_view utf8) {
+  const std::size_t start = utf8.find_first_not_of(" \t\n\r");
+  const std::string_view text = start == std::string_view::npos ? "" : utf8.substr(start);
+  for (const Format& format : kFormats) {
+    if (format.sniff != nullptr && format.sniff(text)) return &format;
+  }
+  return nullptr;
+}
+
+const Format& formatNamed(std::string_view name) {
+  for (const Format& format : kFormats) {
+    if (*format.name != '\0' && base::equalsIgnoreAsciiCase(name, format.name)) return format;
+  }
+  throw std::runtime_error("unsupported output format specified");
+}
+
+void writeLayout(const Format& format, const text::layout::Layout& layout, Sink& sink) {
+  if (format.write == nullptr) {
+    throw base::QentException(base::kErrorOption,
+                              std::string(format.title) + " output is not available in this build");
+  }
+  format.write(layout, sink);
+}
+
+}  // namespace qent::io

@@ -1,0 +1,47 @@
+// FormatTable.h - every document format the library knows, in one table.
+//
+// An entry tells a format by its content, reads it into a layout and writes a layout in
+// it; a format that can only be read or only be written leaves the other function null.
+// The document reader and the output step are loops over this table, so adding a format
+// is one entry here plus its reader and/or writer.
+#pragma once
+
+#include "io/ReadOptions.h"
+#include "io/Sink.h"
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string_view>
+
+namespace qent::text::layout {
+class Layout;
+}
+
+namespace qent::io {
+
+struct Format {
+  std::uint32_t code;     // Layout::format() of what its reader makes; 0 when it reads nothing
+  const char* name;       // as named in OutputFilename.Format, compared without regard to case
+  const char* title;      // as named in messages
+  const char* extension;  // of a file written beside others
+  // True when the text (UTF-8, leading white space skipped) is of this format; tried in
+  // table order, so a format whose test is a special case of another's comes first.
+  bool (*sniff)(std::string_view text);
+  std::unique_ptr<text::layout::Layout> (*read)(std::string_view utf8, const ReadOptions& options);
+  void (*write)(const text::layout::Layout& layout, Sink& sink);
+};
+
+std::span<const Format> formats();
+
+// The format the text (UTF-8) is in, judged after its leading white space; null for plain
+// text.
+const Format* formatOfContent(std::string_view utf8);
+// The format named so in OutputFilename.Format; the runtime error "unsupported output format
+// specified" for any other name.
+const Format& formatNamed(std::string_view name);
+// Writes the layout in the format; QentException 20020 "<title> output is not available in
+// this build" when the format has no writer yet.
+void writeLayout(const Format& format, const text::layout::Layout& layout, Sink& sink);
+
+}  // namespace qent::io

@@ -1,0 +1,80 @@
+// DocumentReaderTest.cpp - telling the input formats apart by their bytes.
+#include "io/DocumentReader.h"
+#include "io/FormatTable.h"
+#include "layout/LayoutFormat.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+
+namespace {
+
+using namespace qent::text::layout;
+using qent::io::formatOfContent;
+
+// The code of the format chosen for the text; kFormatNone for plain text.
+std::uint32_t chosen(std::string_view text) {
+  const qent::io::Format* format = formatOfContent(text);
+  return format == nullptr ? kFormatNone : format->code;
+}
+
+TEST(DocumentReaderTest, DetectsTheFormatByContent) {
+  const std::pair<std::string, std::uint32_t> cases[] = {
+      {R"({"root":{"type":"node"}})", kFormatJsonLayout},
+      {"  \n {\"root\":1}", kFormatJsonLayout},
+      {R"({"meta":{"root":1,"responses":2},"root":{}})", kFormatJsonLayout},
+      {R"({"responses":[{"fullTextAnnotation":{}}]})", kFormatCloudOcr},
+      {R"({"fullTextAnnotation":{"text":"root"}})", kFormatCloudOcr},
+      {R"({"x":"\"root\"","fullTextAnnotation":{}})", kFormatCloudOcr},
+      {R"({"something":"else"})", kFormatJsonLayout},
+      {"{", kFormatJsonLayout},
+      {"<?xml version=\"1.0\"?><html>", kFormatHocr},
+      {"<!DOCTYPE html>", kFormatHocr},
+      {"#FORMAT=WebAnno TSV 3.2\n#T_SP=x", kFormatWebAnno},
+      {"#FORMAT=Other", kFormatNone},
+      {"Dear Sir,\n", kFormatNone},
+      {"", kFormatNone},
+  };
+  for (const auto& [text, format] : cases) EXPECT_EQ(chosen(text), format) << text;
+}
+
+// Real files of other projects: each is claimed by its own format's entry.
+TEST(DocumentReaderTest, EverySampleIsClaimedByItsFormat) {
+  const std::filesystem::path samples =
+      std::filesystem::path(ORMIDA_SOURCE_DIR) / ".." / "shared" / "samples";
+  if (!std::filesystem::exists(samples)) GTEST_SKIP() << "no shared samples beside the repository";
+  const std::pair<const char*, std::uint32_t> folders[] = {
+      {"hocr", kFormatHocr}, {"cloud-ocr", kFormatCloudOcr}, {"webanno", kFormatWebAnno}};
+  for (const auto& [folder, code] : folders) {
+    for (const auto& entry : std::filesystem::directory_iterator(samples / folder)) {
+      std::ifstream in(entry.path(), std::ios::binary);
+      std::stringstream bytes;
+      bytes << in.rdbuf();
+      EXPECT_EQ(chosen(qent::io::normaliseEncoding(bytes.str())), code) << entry.path();
+    }
+  }
+}
+
+TEST(DocumentReaderTest, NormalisesEncodings) {
+  using qent::io::normaliseEncoding;
+  EXPECT_EQ(normaliseEncoding("\xEF\xBB\xBF{}"), "{}");
+  EXPECT_EQ(normaliseEncoding(std::string("\xFF\xFE{\0}\0", 6)), "{}");
+  EXPECT_EQ(normaliseEncoding(std::string("\xFE\xFF\0{\0}", 6)), "{}");
+  EXPECT_EQ(normaliseEncoding(std::string("\xFF\xFE\xAC\x20", 4)), "\xE2\x82\xAC");
+  EXPECT_THROW(normaliseEncoding(std::string("\xFF\xFE{", 3)), std::runtime_error);
+  EXPECT_THROW(normaliseEncoding(std::string("\xFF\xFE\x00\xD8", 4)), std::invalid_argument);
+  EXPECT_EQ(normaliseEncoding("plain"), "plain");
+}
+
+TEST(DocumentReaderTest, PlainTextKeepsItsBytesAndPath) {
+  const auto document = qent::io::readDocument("hello\n", "notes.txt", "dir/notes.txt");
+  EXPECT_EQ(document->kind(), format::Document::Kind::PlainText);
+  EXPECT_EQ(document->text(), "hello\n");
+  EXPECT_EQ(document->file(), std::filesystem::path("dir/notes.txt"));
+  EXPECT_EQ(document->layout(), nullptr);
+}
+
+}  // namespace
