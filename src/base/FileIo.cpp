@@ -53,36 +53,45 @@ std::string readFile(const std::filesystem::path& path) {
   return data;
 }
 
-void writeFileAtomic(const std::filesystem::path& path, std::string_view data) {
+AtomicFile::AtomicFile(std::filesystem::path path) : path_(std::move(path)) {
   static std::atomic<unsigned> sequence{0};
-  std::filesystem::path temporary = path;
-  temporary += ".tmp" + std::to_string(platform::threadNumber() % 100000) + "_" +
-               std::to_string(sequence++);
-  {
-    errno = 0;
-    std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
-    if (!out.is_open()) {
-      throw std::runtime_error(openErrorText(display(path), lastErrno(ENOENT)));
-    }
-    out.write(data.data(), static_cast<std::streamsize>(data.size()));
-    out.flush();
-    if (!out) {
-      const int error = lastErrno(EIO);
-      out.close();
-      std::error_code ignored;
-      std::filesystem::remove(temporary, ignored);
-      throw std::runtime_error("writing error (errno " + std::to_string(error) +
-                               "): " + display(path));
-    }
-  }
+  temporary_ = path_;
+  temporary_ += ".tmp" + std::to_string(platform::threadNumber() % 100000) + "_" +
+                std::to_string(sequence++);
+  errno = 0;
+  out_.open(temporary_, std::ios::binary | std::ios::trunc);
+  if (!out_.is_open()) throw std::runtime_error(openErrorText(display(path_), lastErrno(ENOENT)));
+}
+
+AtomicFile::~AtomicFile() {
+  if (committed_) return;
+  out_.close();
+  std::error_code ignored;
+  std::filesystem::remove(temporary_, ignored);
+}
+
+void AtomicFile::failWriting() {
+  const int error = lastErrno(EIO);
+  throw std::runtime_error("writing error (errno " + std::to_string(error) +
+                           "): " + display(path_));
+}
+
+void AtomicFile::write(const char* data, std::size_t size) {
+  out_.write(data, static_cast<std::streamsize>(size));
+  if (!out_) failWriting();
+}
+
+void AtomicFile::commit() {
+  out_.flush();
+  if (!out_) failWriting();
+  out_.close();
+  if (!out_) failWriting();
   try {
     std::error_code ec;
-    std::filesystem::rename(temporary, path, ec);
+    std::filesystem::rename(temporary_, path_, ec);
     if (ec) {
-      std::error_code ignored;
-      std::filesystem::remove(temporary, ignored);
       throw std::runtime_error("an error occurred during renaming the file from " +
-                               display(temporary) + " to " + display(path) + ": " +
+                               display(temporary_) + " to " + display(path_) + ": " +
                                ec.message());
     }
   } catch (const std::runtime_error&) {
@@ -90,6 +99,13 @@ void writeFileAtomic(const std::filesystem::path& path, std::string_view data) {
   } catch (const std::exception& e) {
     throw std::runtime_error(std::string("exception during renaming ") + e.what());
   }
+  committed_ = true;
+}
+
+void writeFileAtomic(const std::filesystem::path& path, std::string_view data) {
+  AtomicFile file(path);
+  file.write(data.data(), data.size());
+  file.commit();
 }
 
 std::filesystem::path resolveAgainst(const std::filesystem::path& base,

@@ -28,4 +28,19 @@ private:
   std::string text_;
 };
 
+// Passes everything on to two sinks, for an output that goes to a file and to the caller.
+class TeeSink : public Sink {
+public:
+  TeeSink(Sink& first, Sink& second) : first_(first), second_(second) {}
+  using Sink::write;
+  void write(const char* data, std::size_t size) override {
+    first_.write(data, size);
+    second_.write(data, size);
+  }
+
+private:
+  Sink& first_;
+  Sink& second_;
+};
+
 }  // namespace qent::io

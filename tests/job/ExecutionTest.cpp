@@ -143,7 +143,17 @@ TEST(ExecutionTest, UnsupportedFormatWritesNothingAndKeepsTheEarlierFile) {
     EXPECT_EQ(job.execute(), ORMIDA_FAILED) << formats;
     EXPECT_EQ(errorOf(job), "unsupported output format specified") << formats;
   }
+  // A writer that fails once its file is open leaves neither a truncated file nor the
+  // temporary one behind.
+  Job job;
+  inWorkspace(job, dir, "in.json");
+  job.set("OutputFilename", "out.json");
+  job.set("OutputFilename.Format", "html");
+  EXPECT_EQ(job.execute(), 20020u);
   EXPECT_EQ(readAll(dir / "out.json"), "earlier output");
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path()),
+                          std::filesystem::directory_iterator()),
+            2);
 }
 
 struct BadInputCase {

@@ -1,8 +1,8 @@
 // OutputStep.cpp - the main layout written in the chosen formats, to a file and/or to the
 // caller's memory callback.
-#include "base/FileIo.h"
 #include "base/NumberConversion.h"
 #include "base/Unicode.h"
+#include "io/FileSink.h"
 #include "io/FormatTable.h"
 #include "job/JobExecution.h"
 #include "job/OrmidaJob.h"
@@ -11,6 +11,7 @@
 #include "job/steps/JobSteps.h"
 #include "ormida/ormida.h"
 
+#include <optional>
 #include <stdexcept>
 #include <vector>
 
@@ -70,12 +71,21 @@ void writeOutput(JobExecution& execution) {
   std::filesystem::path path = execution.resolve(properties.string(kOutputFilename));
   const std::vector<const io::Format*> formats = formatsOf(options.formats);
   for (const io::Format* format : formats) {
-    io::StringSink sink;
-    io::writeLayout(*format, *main.layout(), sink);
-    const std::string& text = sink.text();
     if (formats.size() > 1) path.replace_extension(format->extension);
-    if (options.callback != nullptr) options.callback(text.data(), text.size(), options.userdata, 0);
-    if (options.toFile) base::writeFileAtomic(path, text);
+    // The file is streamed; the caller's callback receives each output in one call, so its
+    // copy is collected first.
+    std::optional<io::FileSink> file;
+    if (options.toFile) file.emplace(path);
+    io::StringSink memory;
+    std::optional<io::TeeSink> both;
+    io::Sink* sink = &memory;
+    if (file && options.callback == nullptr) sink = &*file;
+    if (file && options.callback != nullptr) sink = &both.emplace(*file, memory);
+    io::writeLayout(*format, *main.layout(), *sink);
+    if (options.callback != nullptr) {
+      options.callback(memory.text().data(), memory.text().size(), options.userdata, 0);
+    }
+    if (file) file->commit();
   }
 }
 
