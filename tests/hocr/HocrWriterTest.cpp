@@ -179,6 +179,9 @@ INSTANTIATE_TEST_SUITE_P(
                   "//span/@style",
                   "font-family: DejaVu Sans; font-style: oblique; font-weight: light; "
                   "font-size: 11.5pt; color: rgb(1, 2, 3)"},
+        // The reader splits a style at ";", so a family must not bring one.
+        XPathCase{"SemicolonInFontFamilyReplaced", "Word(family=\"A;B\")", "//span/@style",
+                  "font-family: A,B"},
         XPathCase{"StoredStyleKept", "Word(weight=3,@style=\"font-weight:bold\")",
                   "//span/@style", "font-weight:bold"},
         XPathCase{"EditedStyleRegenerated", "Word(weight=2,@style=\"font-weight:bold\")",

@@ -10,6 +10,7 @@
 #include "base/Unicode.h"
 #include "layout/IteratorTemplate.h"
 #include "layout/Layout.h"
+#include "layout/NodeText.h"
 #include "layout/Nodes.h"
 #include "layout/format/Document.h"
 #include "support/Golden.h"
@@ -58,10 +59,12 @@ int countOf(Node* root) {
   return count;
 }
 
+// A word without text of its own (a cloud-OCR word) reads as its glyphs.
 template <class T>
 std::string firstTextOf(Node* root) {
   for (IteratorTemplate<T> it(root); !it.atEnd(); ++it) {
-    if (!(*it).text().empty()) return base::utf16ToUtf8((*it).text());
+    const std::u16string text = (*it).text().empty() ? nodeText(*it) : (*it).text();
+    if (!text.empty()) return base::utf16ToUtf8(text);
   }
   return "";
 }
