@@ -67,6 +67,9 @@ TEST(FileIoTest, FailedWriteKeepsTheEarlierFile) {
   const std::string message = errorOf([&] { writeFileAtomic(blocked, "new"); });
   EXPECT_EQ(message.rfind("an error occurred during renaming the file from ", 0), 0u) << message;
   EXPECT_TRUE(std::filesystem::is_directory(blocked / "inner"));
+  const auto entries = std::distance(std::filesystem::directory_iterator(dir.path()),
+                                     std::filesystem::directory_iterator());
+  EXPECT_EQ(entries, 2) << "the temporary file of the failed write is gone";
   const std::string noDir = errorOf([&] { writeFileAtomic(dir / "no" / "dir" / "x", "y"); });
   EXPECT_EQ(noDir.rfind("file is busy or not exist or its path is too long (errno: ", 0), 0u)
       << noDir;

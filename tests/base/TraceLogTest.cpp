@@ -53,13 +53,6 @@ TEST(TraceLogTest, ThresholdFromName) {
   }
 }
 
-TEST(TraceLogTest, TagsPerLevel) {
-  const std::pair<std::uint32_t, const char*> cases[] = {
-      {2, " [FATAL] "}, {3, " [ERROR] "}, {4, " [WARN] "}, {5, " [INIT] "},
-      {6, " [INFO] "},  {7, " [DEBUG] "}, {8, " [INFO] "}, {1, ""},  {9, ""}};
-  for (const auto& [level, tag] : cases) EXPECT_EQ(TraceLog::tagOf(level), tag) << level;
-}
-
 TEST(TraceLogTest, LineFormat) {
   const std::string line = TraceLog::formatLine("hello world", qent::base::kTraceWarning);
   const std::regex pattern(
@@ -71,8 +64,6 @@ TEST(TraceLogTest, LineFormat) {
   std::thread([&] { other = TraceLog::formatLine("x", 6); }).join();
   EXPECT_EQ(other.find("[" + match[1].str() + "]"), std::string::npos)
       << "another thread writes another number";
-  EXPECT_NE(TraceLog::formatLine("x", 12).find(",000 [") == std::string::npos, false)
-      << "some lines have no tag";
 }
 
 TEST(TraceLogTest, EnvironmentVariableOpensTheLogForEachJob) {
@@ -103,12 +94,10 @@ TEST(TraceLogTest, EnvironmentVariableOpensTheLogForEachJob) {
   EXPECT_EQ(messages, expected);
   EXPECT_NE(lines[1].find(" [INIT] "), std::string::npos);
   EXPECT_NE(lines[0].find(" [INFO] "), std::string::npos);
-}
 
-TEST(TraceLogTest, EmptyEnvironmentVariableLeavesTracingOff) {
-  ScopedEnvironment env("QENT_TEXTTRACE", "");
+  ScopedEnvironment empty("QENT_TEXTTRACE", "");
   Job job;
-  EXPECT_FALSE(TraceLog::isOn());
+  EXPECT_FALSE(TraceLog::isOn()) << "an empty variable leaves tracing off";
 }
 
 TEST(TraceLogTest, ExistingFileIsAppendedTo) {
@@ -142,9 +131,9 @@ TEST(TraceLogTest, UnopenableTraceFileIsABadArgument) {
   EXPECT_EQ(job.set("TraceFilename", (dir / "no" / "such" / "dir.log").string()),
             ORMIDA_BAD_ARGUMENT);
   EXPECT_FALSE(TraceLog::isOn());
-  EXPECT_THROW(TraceLog::open((dir / "missing" / "x.log").string(), ""), std::runtime_error);
   try {
     TraceLog::open((dir / "missing" / "x.log").string(), "");
+    ADD_FAILURE() << "opened a file in a missing folder";
   } catch (const std::runtime_error& e) {
     EXPECT_EQ(std::string(e.what()).rfind(
                   "file is busy or not exist or its path is too long (errno: ", 0),
@@ -169,7 +158,6 @@ TEST(TraceLogTest, SubPropertiesAreTracedWithTheJobAddress) {
                       "]: Compare.Level value: \"Glyph\"\r\n"),
             std::string::npos)
       << text;
-  EXPECT_EQ(text.find("Compare value"), std::string::npos) << "plain sets are not traced";
 }
 
 TEST(TraceLogTest, FloatFallbackIsTraced) {

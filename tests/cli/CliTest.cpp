@@ -7,7 +7,6 @@
 
 #if !defined(_WIN32)
 
-
 namespace {
 
 using qent::test::readAll;
@@ -74,12 +73,21 @@ TEST(CliTest, HelpListsPropertiesWithDefaults) {
   }
 }
 
-TEST(CliTest, GetOfAMissingResultFails) {
+TEST(CliTest, GetPrintsTheResultOrFails) {
   TempDir dir;
   dir.write("x.json", kLayout);
-  const CliRun run = runCli("InputFilename=x.json --get Compare.Result", dir);
-  EXPECT_EQ(run.status, 1);
-  EXPECT_NE(run.err.find("no result Compare.Result"), std::string::npos) << run.err;
+  const CliRun missing = runCli("InputFilename=x.json --get Compare.Result", dir);
+  EXPECT_EQ(missing.status, 1);
+  EXPECT_NE(missing.err.find("no result Compare.Result"), std::string::npos) << missing.err;
+
+  const std::string data = ORMIDA_TEST_DATA_DIR "/comparison/";
+  dir.write("ocr.json", readAll(data + "pages.left.json"));
+  dir.write("truth.json", readAll(data + "pages.right.json"));
+  const CliRun found = runCli("InputFilename=ocr.json Compare=true Compare.With=truth.json "
+                              "Compare.TransformStrategy=None --get Compare.Result",
+                              dir);
+  EXPECT_EQ(found.status, 0) << found.err;
+  EXPECT_EQ(found.out, readAll(data + "pages-word.result.json") + "\n");
 }
 
 }  // namespace

@@ -234,28 +234,6 @@ TEST(ExecutionTest, MissingOperationsFailWithTheirNames) {
   }
 }
 
-TEST(ExecutionTest, UnknownWordRecognizerOptionIsRefused) {
-  TempDir dir;
-  dir.write("in.json", layoutNamed("x"));
-  Job job;
-  inWorkspace(job, dir, "in.json");
-  job.set("WordRecognizer", "1");
-  job.set("WordRecognizer.Colour", "blue");
-  EXPECT_EQ(job.execute(), 20020u);
-  EXPECT_EQ(errorOf(job), "unknown subproperty set to WordRecognizer");
-}
-
-TEST(ExecutionTest, BadIntegerOptionIsAnUndefinedError) {
-  TempDir dir;
-  dir.write("in.json", layoutNamed("x"));
-  Job job;
-  inWorkspace(job, dir, "in.json");
-  job.set("BestOfLayout", "true");
-  job.set("BestOfLayout.PageWidth", "wide");
-  EXPECT_EQ(job.execute(), ORMIDA_FAILED);
-  EXPECT_EQ(job.errorText(), "undefined error in OrmidaJobExecute");
-}
-
 TEST(ExecutionTest, CompareNeedsASecondDocument) {
   TempDir dir;
   dir.write("in.json", layoutNamed("x"));

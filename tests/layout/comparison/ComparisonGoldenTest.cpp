@@ -6,6 +6,8 @@
 #include "layout/format/JSONReader.h"
 #include "layout/format/JSONWriter.h"
 
+#include "support/Golden.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -23,19 +25,6 @@ using comparison::CompareMode;
 
 const std::filesystem::path kData = std::filesystem::path(ORMIDA_TEST_DATA_DIR) / "comparison";
 const std::filesystem::path kSamples = std::filesystem::path(ORMIDA_SOURCE_DIR) / "data" / "samples";
-
-// Compared byte for byte; ORMIDA_UPDATE_GOLDEN=1 rewrites the file instead (tools/update-golden),
-// and the diff is reviewed before it is committed.
-void expectGolden(const std::string& name, const std::string& actual) {
-  const std::filesystem::path file = kData / name;
-  const char* update = std::getenv("ORMIDA_UPDATE_GOLDEN");
-  if (update != nullptr && std::string(update) == "1") {
-    std::ofstream(file, std::ios::binary) << actual;
-    return;
-  }
-  ASSERT_TRUE(std::filesystem::exists(file)) << file;
-  EXPECT_EQ(actual, base::readFile(file)) << name;
-}
 
 struct GoldenCase {
   const char* name;
@@ -60,8 +49,8 @@ TEST_P(ComparisonGoldenTest, GivesTheGoldenResultAndAnnotations) {
   options.characterwise = c.characterwise;
   options.alignment = c.alignment;
   options.mode = c.mode;
-  expectGolden(std::string(c.name) + ".result.json", comparison::compareLayouts(options, *left, *right));
-  expectGolden(std::string(c.name) + ".annotated.json", format::JSONWriter().write(*left));
+  expectGolden("comparison/" + std::string(c.name) + ".result.json", comparison::compareLayouts(options, *left, *right));
+  expectGolden("comparison/" + std::string(c.name) + ".annotated.json", format::JSONWriter().write(*left));
 }
 
 INSTANTIATE_TEST_SUITE_P(

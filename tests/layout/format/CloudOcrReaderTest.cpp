@@ -8,6 +8,7 @@
 #include "layout/Layout.h"
 #include "layout/Nodes.h"
 #include "support/LayoutDump.h"
+#include "support/Golden.h"
 
 #include <gtest/gtest.h>
 
@@ -292,24 +293,9 @@ std::string indented(const std::string& dumped) {
   return out + "\n";
 }
 
-std::string readText(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::stringstream text;
-  text << in.rdbuf();
-  return text.str();
-}
-
-// Reads tests/data/cloud-ocr/<name>.json and compares the tree with <name>.tree;
-// ORMIDA_UPDATE_GOLDEN=1 (tools/update-golden) rewrites the tree file instead, for a
-// deliberate change whose diff is then reviewed.
 TEST(CloudOcrReaderGoldenTest, HandMadeAnswer) {
-  const std::string base = std::string(ORMIDA_TEST_DATA_DIR) + "/cloud-ocr/hand-made";
-  const std::string tree = indented(dump(*CloudOcrReader().read(readText(base + ".json"))));
-  if (std::getenv("ORMIDA_UPDATE_GOLDEN") != nullptr) {
-    std::ofstream(base + ".tree", std::ios::binary) << tree;
-    GTEST_SKIP() << "rewrote " << base << ".tree";
-  }
-  EXPECT_EQ(tree, readText(base + ".tree"));
+  expectGolden("cloud-ocr/hand-made.tree",
+               indented(dump(*CloudOcrReader().read(readTestData("cloud-ocr/hand-made.json")))));
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include "support/LayoutBuilders.h"
 #include "support/LayoutDump.h"
 #include "support/TempDir.h"
+#include "support/Golden.h"
 
 #include <gtest/gtest.h>
 
@@ -220,19 +221,6 @@ TEST(JSONRoundTripTest, BoxKindsOtherThanContentAreasComeBackAsContents) {
             "Content:node{Content:ocrx_table\"t\"(@k=v){Line}}");
 }
 
-// Golden documents: compared byte for byte; ORMIDA_UPDATE_GOLDEN=1 rewrites them instead
-// (tools/update-golden), and the diff is reviewed before it is committed.
-void expectGolden(const std::string& name, const std::string& actual) {
-  const std::filesystem::path file = std::filesystem::path(ORMIDA_TEST_DATA_DIR) / "json" / name;
-  const char* update = std::getenv("ORMIDA_UPDATE_GOLDEN");
-  if (update != nullptr && std::string(update) == "1") {
-    std::ofstream(file, std::ios::binary) << actual;
-    GTEST_SKIP() << "rewrote " << file;
-  }
-  ASSERT_TRUE(std::filesystem::exists(file)) << file;
-  EXPECT_EQ(actual, readAll(file)) << name;
-}
-
 // Every member the format knows, once.
 const char* const kAllMembers =
     "Content#doc:node(@producer=test){Image\"page1.png\",Page#p1(w=2480,h=3508,lang=de,"
@@ -247,7 +235,7 @@ const char* const kAllMembers =
 
 TEST(JSONGoldenTest, WritesEveryMember) {
   auto layout = parseLayout(kAllMembers);
-  expectGolden("all-members.json", JSONWriter().write(*layout));
+  expectGolden("json/all-members.json", JSONWriter().write(*layout));
 }
 
 TEST(JSONGoldenTest, ReadsTheWrittenDocumentBack) {
@@ -278,7 +266,7 @@ TEST(JSONGoldenTest, ReadsAHandMadeDocument) {
             "Content:node{Page(w=1000,h=1400,lang=en){Box[10,10,500,100]{Line[10,10,500,30](@"
             "dpi=300.000000){Word[10,10,100,30]\"Hello\"(conf=91,@lang=en,@score=0.500000),Word["
             "120,10,100,30]\"world\"(conf=80)}},Content:ocrx_table(@rows=3.000000)}}");
-  expectGolden("hand-made.written.json", JSONWriter().write(*layout));
+  expectGolden("json/hand-made.written.json", JSONWriter().write(*layout));
 }
 
 // None of the conformance suite's documents is a layout; each must get the reader's

@@ -7,6 +7,7 @@
 #include "layout/Nodes.h"
 #include "support/LayoutBuilders.h"
 #include "support/LayoutDump.h"
+#include "support/Golden.h"
 
 #include <gtest/gtest.h>
 
@@ -118,24 +119,6 @@ TEST(WebAnnoWriterTest, TextThatIsNotUnicodeIsRefusedNamingTheWord) {
   }
 }
 
-std::string readText(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::stringstream text;
-  text << in.rdbuf();
-  return text.str();
-}
-
-// Compares with tests/data/webanno/<name>; ORMIDA_UPDATE_GOLDEN=1 (tools/update-golden)
-// rewrites the file instead, for a deliberate change whose diff is then reviewed.
-void expectGolden(const std::string& written, const std::string& name) {
-  const std::string path = std::string(ORMIDA_TEST_DATA_DIR) + "/webanno/" + name;
-  if (std::getenv("ORMIDA_UPDATE_GOLDEN") != nullptr) {
-    std::ofstream(path, std::ios::binary) << written;
-    GTEST_SKIP() << "rewrote " << path;
-  }
-  EXPECT_EQ(written, readText(path)) << "differs from " << path;
-}
-
 // Two pages of an invoice as the layout readers make it: boxes, lines, glyph-only words,
 // marked names and amounts, non-ASCII text, an empty line and a picture.
 const char* const kRichLayout =
@@ -156,14 +139,14 @@ const char* const kRichLayout =
     "}}";
 
 TEST(WebAnnoWriterGoldenTest, RichLayout) {
-  expectGolden(WebAnnoWriter().write(*parseLayout(kRichLayout)), "rich-layout.tsv");
+  expectGolden("webanno/rich-layout.tsv", WebAnnoWriter().write(*parseLayout(kRichLayout)));
 }
 
 // A cloud-OCR answer, whose words hold their text only in their glyphs.
 TEST(WebAnnoWriterGoldenTest, FromCloudOcr) {
   const auto layout =
-      CloudOcrReader().read(readText(std::string(ORMIDA_TEST_DATA_DIR) + "/cloud-ocr/hand-made.json"));
-  expectGolden(WebAnnoWriter().write(*layout), "from-cloud-ocr.tsv");
+      CloudOcrReader().read(readTestData("cloud-ocr/hand-made.json"));
+  expectGolden("webanno/from-cloud-ocr.tsv", WebAnnoWriter().write(*layout));
 }
 
 }  // namespace
