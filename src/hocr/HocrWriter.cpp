@@ -10,6 +10,7 @@
 #include "hocr/IdSet.h"
 #include "layout/Layout.h"
 #include "layout/LayoutFormat.h"
+#include "layout/NodeClass.h"
 #include "layout/NodeVisitor.h"
 #include "layout/Nodes.h"
 
@@ -164,8 +165,7 @@ public:
       keepBboxOutOfTitle(properties);
       writeId(body, *root, "node");
       finish(body, properties, *root);
-      NodeVisitor::visit(static_cast<Node&>(*root));
-      closeEmpty(body);
+      visitChildren(body, *root);
       return;
     }
     root->accept(*this);
@@ -272,8 +272,15 @@ public:
   }
 
   void visit(Image& image) override {
-    // A page names its image in its title; the node itself has no element.
+    // A page names its image in its title; the node itself has no element, and its
+    // children go into the element of its parent.
     NodeVisitor::visit(static_cast<Node&>(image));
+  }
+
+  void leave(Node& node) override {
+    if (isA<Image>(node)) return;  // opened no element
+    closeEmpty(parent_);
+    parent_ = parent_.parent();
   }
 
   void visit(Line& line) override {
@@ -336,14 +343,7 @@ public:
     finish(element, properties, word);
     const std::u16string& shown = word.text().empty() ? glyphText : word.text();
     writeText(element, shown);
-
-    const pugi::xml_node saved = parent_;
-    parent_ = element;
-    for (const auto& child : word.children()) {
-      if (dynamic_cast<const Glyph*>(child.get()) == nullptr) child->accept(*this);
-    }
-    parent_ = saved;
-    closeEmpty(element);
+    visitChildren(element, word);  // its glyphs skip themselves
   }
 
   void visit(Box& box) override {
@@ -364,7 +364,9 @@ public:
   }
 
   void visit(Glyph& glyph) override {
-    // Only glyphs outside words get here.
+    // A glyph inside a word is part of the word's title already.
+    const Node* parent = walkParent();
+    if (parent != nullptr && isA<Word>(*parent)) return;
     otherFragment(glyph, "ocrx_cinfo", [&](HocrElement& properties) {
       confidenceProperty(properties, "x_conf", glyph);
     });
@@ -589,12 +591,10 @@ private:
     element.append_child(pugi::node_pcdata).set_value(textBuffer_.data(), textBuffer_.size());
   }
 
+  // The children's elements go into `element`; leave() closes it and steps back out.
   void visitChildren(pugi::xml_node& element, Node& node) {
-    const pugi::xml_node saved = parent_;
     parent_ = element;
     NodeVisitor::visit(node);
-    parent_ = saved;
-    closeEmpty(element);
   }
 
   static void closeEmpty(pugi::xml_node& element) {

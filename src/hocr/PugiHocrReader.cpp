@@ -91,7 +91,7 @@ std::unique_ptr<layout::Layout> PugiHocrReader::read(std::string_view utf8) {
   const pugi::xml_node modules = head.find_child_by_attribute("meta", "name", "ocr-modules");
   const std::u16string additional = wide(modules.attribute("content").value(), modules);
 
-  std::unique_ptr<Node> body = readNode(html.child("body"), 1);
+  std::unique_ptr<Node> body = readTree(html.child("body"));
   std::unique_ptr<Node> root;
   if (body->childCount() == 1) {
     root = std::move(body->takeChildren().front());
@@ -106,7 +106,37 @@ std::unique_ptr<layout::Layout> PugiHocrReader::read(std::string_view utf8) {
   return result;
 }
 
-std::unique_ptr<Node> PugiHocrReader::readNode(const Element& element, std::size_t depth) {
+struct PugiHocrReader::Open {
+  Element element;
+  std::unique_ptr<Node> node;
+  Kind kind;
+  std::size_t depth;
+  PropertyMap* properties;
+  Element nextChild;
+};
+
+std::unique_ptr<Node> PugiHocrReader::readTree(const Element& element) {
+  std::vector<Open> path;
+  path.push_back(openElement(element, 1));
+  while (true) {
+    Open& top = path.back();
+    Element child = top.nextChild;
+    while (child && child.type() != pugi::node_element) child = child.next_sibling();
+    if (child) {
+      top.nextChild = child.next_sibling();
+      const std::size_t depth = top.depth + 1;
+      path.push_back(openElement(child, depth));
+      continue;
+    }
+    finishElement(top);
+    std::unique_ptr<Node> node = std::move(top.node);
+    path.pop_back();
+    if (path.empty()) return node;
+    path.back().node->appendChild(std::move(node));
+  }
+}
+
+PugiHocrReader::Open PugiHocrReader::openElement(const Element& element, std::size_t depth) {
   if (depth > layout::kMaxLayoutDepth) {
     fail("hOCR: " + where(element) + " is nested deeper than " +
          std::to_string(layout::kMaxLayoutDepth) + " levels");
@@ -130,125 +160,127 @@ std::unique_ptr<Node> PugiHocrReader::readNode(const Element& element, std::size
   const std::string_view name = element.name();
   if (hasHocrPrefix(name)) fail("Unsupported node name for HOCRReader: " + std::string(name));
 
+  Open open{element, nullptr, Kind::Container, depth, &properties, element.first_child()};
   const std::string_view key = classAttribute ? classAttribute.value() : name;
-  if (key == "ocr_page") return readPage(element, properties, depth);
-  if (key == "ocr_line") return readLine(element, properties, depth);
-  if (key == "ocrx_word") return readWord(element, properties, depth);
-
-  if (hasHocrPrefix(key)) {
-    const std::string_view wanted = key == "ocr_par" ? "p" : "div";
-    if (name != wanted) {
-      fail("Unsupported node name with class " + std::string(key) +
-           " for HOCRReader: " + std::string(name));
+  if (key == "ocr_page") {
+    open.kind = Kind::Page;
+    open.node = std::make_unique<layout::Page>();
+  } else if (key == "ocr_line") {
+    open.kind = Kind::Line;
+    open.node = std::make_unique<layout::Line>();
+  } else if (key == "ocrx_word") {
+    open.kind = Kind::Word;
+    open.node = std::make_unique<layout::Word>();
+  } else {
+    if (hasHocrPrefix(key)) {
+      const std::string_view wanted = key == "ocr_par" ? "p" : "div";
+      if (name != wanted) {
+        fail("Unsupported node name with class " + std::string(key) +
+             " for HOCRReader: " + std::string(name));
+      }
+    }
+    const std::string_view id = element.attribute("id").value();
+    if (properties.contains("bbox")) {
+      auto box = std::make_unique<layout::Box>();
+      box->setTypeName(wide(key, element));
+      // The id doubles as the text of a box that has none of its own: the fragment
+      // properties replace it only with non-empty direct text.
+      if (!id.empty()) box->setText(wide(id, element));
+      open.kind = Kind::Box;
+      open.node = std::move(box);
+    } else {
+      auto content = std::make_unique<layout::Content>();
+      content->setTypeName(wide(key, element));
+      if (!id.empty()) content->setId(wide(id, element));
+      open.node = std::move(content);
     }
   }
-  if (properties.contains("bbox")) return readBox(element, properties, key, depth);
-  return readContainer(element, properties, key, depth);
+  readAttributes(*open.node, element, properties);
+  return open;
 }
 
-std::unique_ptr<Node> PugiHocrReader::readContainer(const Element& element,
-                                                    PropertyMap& properties,
-                                                    std::string_view key, std::size_t depth) {
-  auto content = std::make_unique<layout::Content>();
-  content->setTypeName(wide(key, element));
-  const std::string_view id = element.attribute("id").value();
-  if (!id.empty()) content->setId(wide(id, element));
-  readChildrenAndAttributes(*content, element, properties, depth);
-  return content;
-}
-
-std::unique_ptr<Node> PugiHocrReader::readBox(const Element& element, PropertyMap& properties,
-                                              std::string_view key, std::size_t depth) {
-  auto box = std::make_unique<layout::Box>();
-  box->setTypeName(wide(key, element));
-  // The id doubles as the text of a box that has none of its own: step 3 of the fragment
-  // properties replaces it only with non-empty direct text.
-  const std::string_view id = element.attribute("id").value();
-  if (!id.empty()) box->setText(wide(id, element));
-  readFragmentProperties(*box, element, properties, depth);
-  return box;
-}
-
-std::unique_ptr<Node> PugiHocrReader::readPage(const Element& element, PropertyMap& properties,
-                                               std::size_t depth) {
-  auto page = std::make_unique<layout::Page>();
-  readChildrenAndAttributes(*page, element, properties, depth);
-
-  if (const std::string_view bbox = properties.take("bbox"); !bbox.empty()) {
-    // Page corners are taken as they stand: the size is the difference, the origin is not
-    // kept, and a reversed bbox wraps around in the unsigned size.
-    const auto [width, height] = readPageSize(bbox);
-    page->setWidth(width);
-    page->setHeight(height);
-  }
-  page->setLanguage(element.attribute("lang").value());
-  page->setIndexInLayout(static_cast<std::uint32_t>(pageCounter_++));
-  if (const std::string_view number = properties.take("ppageno"); !number.empty()) {
-    page->setAuxiliaryNumber(base::parseUnsigned(number));
-  }
-  if (const std::string_view angle = properties.take("textangle"); !angle.empty()) {
-    page->setTextangle(base::parseDouble(angle));
-  }
-  if (const std::string_view image = properties.take("image"); !image.empty()) {
-    std::u16string reference = wide(image, element);
-    if (images_.find(reference) == images_.end()) {
-      // One Image per distinct reference, owned by the first page that names it; later pages
-      // with the same reference share it through their "image" attribute.
-      auto node = std::make_unique<layout::Image>();
-      node->setId(u"image_" + page->id());
-      node->setImage(reference);
-      images_.emplace(std::move(reference), &page->appendChild(std::move(node)));
+void PugiHocrReader::finishElement(Open& open) {
+  const Element& element = open.element;
+  PropertyMap& properties = *open.properties;
+  switch (open.kind) {
+    case Kind::Container:
+      return;
+    case Kind::Box:
+      finishFragment(static_cast<layout::Fragment&>(*open.node), element, properties);
+      return;
+    case Kind::Page: {
+      auto& page = static_cast<layout::Page&>(*open.node);
+      if (const std::string_view bbox = properties.take("bbox"); !bbox.empty()) {
+        // Page corners are taken as they stand: the size is the difference, the origin is
+        // not kept, and a reversed bbox wraps around in the unsigned size.
+        const auto [width, height] = readPageSize(bbox);
+        page.setWidth(width);
+        page.setHeight(height);
+      }
+      page.setLanguage(element.attribute("lang").value());
+      page.setIndexInLayout(static_cast<std::uint32_t>(pageCounter_++));
+      if (const std::string_view number = properties.take("ppageno"); !number.empty()) {
+        page.setAuxiliaryNumber(base::parseUnsigned(number));
+      }
+      if (const std::string_view angle = properties.take("textangle"); !angle.empty()) {
+        page.setTextangle(base::parseDouble(angle));
+      }
+      if (const std::string_view image = properties.take("image"); !image.empty()) {
+        std::u16string reference = wide(image, element);
+        if (images_.find(reference) == images_.end()) {
+          // One Image per distinct reference, owned by the first page that names it; later
+          // pages with the same reference share it through their "image" attribute.
+          auto node = std::make_unique<layout::Image>();
+          node->setId(u"image_" + page.id());
+          node->setImage(reference);
+          images_.emplace(std::move(reference), &page.appendChild(std::move(node)));
+        }
+      }
+      return;
+    }
+    case Kind::Line: {
+      auto& line = static_cast<layout::Line&>(*open.node);
+      finishFragment(line, element, properties);
+      if (const std::string_view v = properties.take("x_ascenders"); !v.empty()) {
+        line.setMaxAscenders(base::parseDouble(v));
+      }
+      if (const std::string_view v = properties.take("x_descenders"); !v.empty()) {
+        line.setMaxDescenders(base::parseDouble(v));
+      }
+      if (const std::string_view v = properties.take("x_size"); !v.empty()) {
+        line.setMaxGlyphHeight(base::parseDouble(v));
+      }
+      if (const std::string_view v = properties.take("x_lconf"); !v.empty()) {
+        line.setConfidence(base::parseDouble(v));
+      }
+      return;
+    }
+    case Kind::Word: {
+      auto& word = static_cast<layout::Word&>(*open.node);
+      finishFragment(word, element, properties);
+      if (const std::string_view v = properties.take("x_checked"); !v.empty()) {
+        word.setXChecked(base::parseUnsigned(v));
+      }
+      if (const std::string_view v = properties.take("x_rejected"); !v.empty()) {
+        word.setXRejected(base::parseUnsigned(v));
+      }
+      if (const std::string_view v = properties.take("x_wconf"); !v.empty()) {
+        word.setConfidence(base::parseDouble(v));
+      }
+      if (const std::string_view v = properties.take("x_sensibility"); !v.empty()) {
+        word.setXSensibility(base::parseDouble(v));
+      }
+      if (const std::string_view v = properties.take("x_entity"); !v.empty()) {
+        wide(v, element);
+        word.setXEntity(std::string(v));
+      }
+      return;
     }
   }
-  return page;
 }
 
-std::unique_ptr<Node> PugiHocrReader::readLine(const Element& element, PropertyMap& properties,
-                                               std::size_t depth) {
-  auto line = std::make_unique<layout::Line>();
-  readFragmentProperties(*line, element, properties, depth);
-  if (const std::string_view v = properties.take("x_ascenders"); !v.empty()) {
-    line->setMaxAscenders(base::parseDouble(v));
-  }
-  if (const std::string_view v = properties.take("x_descenders"); !v.empty()) {
-    line->setMaxDescenders(base::parseDouble(v));
-  }
-  if (const std::string_view v = properties.take("x_size"); !v.empty()) {
-    line->setMaxGlyphHeight(base::parseDouble(v));
-  }
-  if (const std::string_view v = properties.take("x_lconf"); !v.empty()) {
-    line->setConfidence(base::parseDouble(v));
-  }
-  return line;
-}
-
-std::unique_ptr<Node> PugiHocrReader::readWord(const Element& element, PropertyMap& properties,
-                                               std::size_t depth) {
-  auto word = std::make_unique<layout::Word>();
-  readFragmentProperties(*word, element, properties, depth);
-  if (const std::string_view v = properties.take("x_checked"); !v.empty()) {
-    word->setXChecked(base::parseUnsigned(v));
-  }
-  if (const std::string_view v = properties.take("x_rejected"); !v.empty()) {
-    word->setXRejected(base::parseUnsigned(v));
-  }
-  if (const std::string_view v = properties.take("x_wconf"); !v.empty()) {
-    word->setConfidence(base::parseDouble(v));
-  }
-  if (const std::string_view v = properties.take("x_sensibility"); !v.empty()) {
-    word->setXSensibility(base::parseDouble(v));
-  }
-  if (const std::string_view v = properties.take("x_entity"); !v.empty()) {
-    wide(v, element);
-    word->setXEntity(std::string(v));
-  }
-  return word;
-}
-
-void PugiHocrReader::readFragmentProperties(layout::Fragment& fragment, const Element& element,
-                                            PropertyMap& properties, std::size_t depth) {
-  readChildrenAndAttributes(fragment, element, properties, depth);
-
+void PugiHocrReader::finishFragment(layout::Fragment& fragment, const Element& element,
+                                    PropertyMap& properties) {
   if (const std::string_view bbox = properties.take("bbox"); !bbox.empty()) {
     fragment.setRect(readFragmentBbox(bbox));
   }
@@ -275,9 +307,8 @@ void PugiHocrReader::readFragmentProperties(layout::Fragment& fragment, const El
   }
 }
 
-void PugiHocrReader::readChildrenAndAttributes(Node& node, const Element& element,
-                                               const PropertyMap& properties,
-                                               std::size_t depth) {
+void PugiHocrReader::readAttributes(Node& node, const Element& element,
+                                    const PropertyMap& properties) {
   for (pugi::xml_attribute attribute = element.first_attribute(); attribute;
        attribute = attribute.next_attribute()) {
     const std::string_view name = attribute.name();
@@ -291,10 +322,6 @@ void PugiHocrReader::readChildrenAndAttributes(Node& node, const Element& elemen
     } else {
       node.setAttribute(wide(name, element), wide(value, element));
     }
-  }
-  for (pugi::xml_node child = element.first_child(); child; child = child.next_sibling()) {
-    if (child.type() != pugi::node_element) continue;
-    node.appendChild(readNode(child, depth + 1));
   }
 }
 

@@ -50,22 +50,23 @@ public:
 
 private:
   using Element = pugi::xml_node;
+  enum class Kind : std::uint8_t { Page, Line, Word, Box, Container };
+  // An element whose node is built: what was read before its children, and where the
+  // walk over its children stands.
+  struct Open;
 
-  std::unique_ptr<layout::Node> readNode(const Element& element, std::size_t depth);
-  std::unique_ptr<layout::Node> readContainer(const Element& element, PropertyMap& properties,
-                                              std::string_view key, std::size_t depth);
-  std::unique_ptr<layout::Node> readBox(const Element& element, PropertyMap& properties,
-                                        std::string_view key, std::size_t depth);
-  std::unique_ptr<layout::Node> readPage(const Element& element, PropertyMap& properties,
-                                         std::size_t depth);
-  std::unique_ptr<layout::Node> readLine(const Element& element, PropertyMap& properties,
-                                         std::size_t depth);
-  std::unique_ptr<layout::Node> readWord(const Element& element, PropertyMap& properties,
-                                         std::size_t depth);
-  void readFragmentProperties(layout::Fragment& fragment, const Element& element,
-                              PropertyMap& properties, std::size_t depth);
-  void readChildrenAndAttributes(layout::Node& node, const Element& element,
-                                 const PropertyMap& properties, std::size_t depth);
+  // The tree below `element`, walked with an explicit stack: a document nested as deep as
+  // the limit allows costs heap, not the caller's stack.
+  std::unique_ptr<layout::Node> readTree(const Element& element);
+  // Reads what comes before the element's children: the checks, the node of its class, its
+  // attributes.
+  Open openElement(const Element& element, std::size_t depth);
+  // Reads what comes after the element's children.
+  void finishElement(Open& open);
+  void finishFragment(layout::Fragment& fragment, const Element& element,
+                      PropertyMap& properties);
+  void readAttributes(layout::Node& node, const Element& element,
+                      const PropertyMap& properties);
 
   // One property map per nesting level, reused from element to element.
   PropertyMap& propertiesAt(std::size_t depth);

@@ -17,7 +17,7 @@ void MoveSinglePageCopier::visit(Page& node) {
   Node::Children children = node.takeChildren();
   copy->reserveChildren(children.size());
   for (auto& child : children) copy->appendChild(std::move(child));
-  result_ = std::move(copy);
+  deliver(std::move(copy));
 }
 
 }  // namespace qent::text::layout

@@ -147,26 +147,32 @@ std::string JSONWriter::writeNode(Node& node) {
 
 void JSONWriter::writeNode(Node& node, Output& out) {
   Output* const outer = out_;
+  const std::size_t openBefore = open_.size();
   out_ = &out;
   try {
     node.accept(*this);
   } catch (...) {
     out_ = outer;
+    while (open_.size() > openBefore) open_.pop_back();
     throw;
   }
   out_ = outer;
 }
 
-void JSONWriter::visit(Node& node) { emit(Members(node, K::kTypeNode)); }
+JSONWriter::Members& JSONWriter::open(Node& node, std::string_view type) {
+  return open_.emplace_back(node, type);
+}
+
+void JSONWriter::visit(Node& node) { emit(open(node, K::kTypeNode)); }
 
 void JSONWriter::visit(Fragment& node) {
-  Members m(node, K::kTypeFragment);
+  Members& m = open(node, K::kTypeFragment);
   m.addFragment(node);
   emit(m);
 }
 
 void JSONWriter::visit(Picture& node) {
-  Members m(node, K::kTypeImageFragment);
+  Members& m = open(node, K::kTypeImageFragment);
   m.addFragment(node);
   if (!node.imageSource().empty()) {
     m.addText(K::kImageSource, utf8Of(node.imageSource(), K::kImageSource));
@@ -175,13 +181,13 @@ void JSONWriter::visit(Picture& node) {
 }
 
 void JSONWriter::visit(Glyph& node) {
-  Members m(node, K::kTypeGlyph);
+  Members& m = open(node, K::kTypeGlyph);
   m.addFragment(node);
   emit(m);
 }
 
 void JSONWriter::visit(Word& node) {
-  Members m(node, K::kTypeWord);
+  Members& m = open(node, K::kTypeWord);
   m.addFragment(node);
   // The glyphs are not written, so a word that only has text below it carries that text.
   if (node.text().empty()) {
@@ -196,7 +202,7 @@ void JSONWriter::visit(Word& node) {
 }
 
 void JSONWriter::visit(Line& node) {
-  Members m(node, K::kTypeLine);
+  Members& m = open(node, K::kTypeLine);
   m.addFragment(node);
   if (node.maxAscenders() != 0) m.addNumber(K::kMaxAscenders, node.maxAscenders());
   if (node.maxDescenders() != 0) m.addNumber(K::kMaxDescenders, node.maxDescenders());
@@ -205,32 +211,32 @@ void JSONWriter::visit(Line& node) {
 }
 
 void JSONWriter::visit(Field& node) {
-  Members m(node, K::kTypeFormField);
+  Members& m = open(node, K::kTypeFormField);
   m.addFragment(node);
   emit(m);
 }
 
 void JSONWriter::visit(Box& node) {
-  Members m(node, {});
+  Members& m = open(node, {});
   m.setType(node.typeName());
   m.addFragment(node);
   emit(m);
 }
 
 void JSONWriter::visit(Page& node) {
-  Members m(node, K::kTypePage);
+  Members& m = open(node, K::kTypePage);
   m.page = &node;
   emit(m);
 }
 
 void JSONWriter::visit(Image& node) {
-  Members m(node, K::kTypeImage);
+  Members& m = open(node, K::kTypeImage);
   m.image = &node;
   emit(m);
 }
 
 void JSONWriter::visit(Content& node) {
-  Members m(node, {});
+  Members& m = open(node, {});
   m.setType(node.typeName());
   m.text = &node.text();
   emit(m);
@@ -278,12 +284,10 @@ void JSONWriter::writeAttributes(const Members& m) {
   out.EndObject();
 }
 
-void JSONWriter::emit(const Members& m) {
+void JSONWriter::emit(Members& m) {
   Output& out = *out_;
   Node& node = *m.node;
   const Fragment* f = m.fragment;
-  const Page* page = m.page;
-  const bool geometry = f != nullptr && f->rect().hasGeometry();
 
   // Members in ascending key order, each under its condition.
   out.StartObject();
@@ -304,9 +308,25 @@ void JSONWriter::emit(const Members& m) {
   if (m.writeChildren && node.childCount() > 0) {
     key(out, K::kChildren);
     out.StartArray();
-    for (std::size_t i = 0; i < node.childCount(); ++i) node.child(i).accept(*this);
-    out.EndArray();
+    NodeVisitor::visit(node);  // leave() closes the array and the object
+    return;
   }
+  close(m);
+  open_.pop_back();
+}
+
+void JSONWriter::leave(Node&) {
+  out_->EndArray();
+  close(open_.back());
+  open_.pop_back();
+}
+
+void JSONWriter::close(const Members& m) {
+  Output& out = *out_;
+  const Node& node = *m.node;
+  const Fragment* f = m.fragment;
+  const Page* page = m.page;
+  const bool geometry = f != nullptr && f->rect().hasGeometry();
   if (f != nullptr && f->hasColor()) {
     key(out, K::kColorRgb);
     rgb(out, f->color());

@@ -6,7 +6,9 @@
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
 
+#include <deque>
 #include <string>
+#include <string_view>
 
 namespace qent::text::layout {
 class Layout;
@@ -50,13 +52,21 @@ public:
   void visit(Image& node) override;
   void visit(Content& node) override;
   void visit(Node& node) override;
+  void leave(Node& node) override;
 
 private:
   struct Members;
-  void emit(const Members& members);
+  Members& open(Node& node, std::string_view type);
+  // Writes the members up to the children; the rest follows in close(), once the children
+  // are written (at once for a node whose children are not written).
+  void emit(Members& members);
+  void close(const Members& members);
   void writeAttributes(const Members& members);
 
   Output* out_ = nullptr;
+  // The nodes being written, outermost first. A deque, so that the members stay where they
+  // were built while inner nodes come and go.
+  std::deque<Members> open_;
 };
 
 }  // namespace qent::text::layout::format

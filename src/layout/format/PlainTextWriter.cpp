@@ -2,6 +2,7 @@
 #include "layout/format/PlainTextWriter.h"
 
 #include "layout/Layout.h"
+#include "layout/NodeClass.h"
 #include "layout/Nodes.h"
 
 namespace qent::text::layout::format {
@@ -18,21 +19,35 @@ void PlainTextWriter::visit(Layout& layout) {
   if (Node* root = layout.root()) root->accept(*this);
 }
 
-void PlainTextWriter::visit(Line& line) {
-  if (!line.text().empty()) {
-    out_ += line.text();
-  } else {
-    bool first = true;
-    for (const auto& child : line.children()) {
-      if (!first) out_ += u' ';
-      first = false;
-      child->accept(*this);
-    }
+void PlainTextWriter::separate(const Node& node) {
+  // Only a line without text lets its children be visited, so any line parent is one.
+  const Node* parent = walkParent();
+  if (parent != nullptr && isA<Line>(*parent) && parent->children().front().get() != &node) {
+    out_ += u' ';
   }
+}
+
+void PlainTextWriter::visit(Line& line) {
+  separate(line);
+  if (line.text().empty()) {
+    NodeVisitor::visit(static_cast<Node&>(line));  // leave() ends the line
+    return;
+  }
+  out_ += line.text();
   out_ += u'\n';
 }
 
+void PlainTextWriter::leave(Node& node) {
+  if (isA<Line>(node)) out_ += u'\n';
+}
+
+void PlainTextWriter::visit(Node& node) {
+  separate(node);
+  NodeVisitor::visit(node);
+}
+
 void PlainTextWriter::visit(Fragment& fragment) {
+  separate(fragment);
   if (!fragment.text().empty()) {
     out_ += fragment.text();
     return;
@@ -41,6 +56,7 @@ void PlainTextWriter::visit(Fragment& fragment) {
 }
 
 void PlainTextWriter::visit(Page& page) {
+  separate(page);
   if (firstPage_) {
     firstPage_ = false;
   } else {
@@ -50,6 +66,7 @@ void PlainTextWriter::visit(Page& page) {
 }
 
 void PlainTextWriter::visit(Content& content) {
+  separate(content);
   out_ += content.text();
   NodeVisitor::visit(static_cast<Node&>(content));
 }

@@ -33,8 +33,13 @@ public:
   void visit(Fragment& fragment) override;
   void visit(Page& page) override;
   void visit(Content& content) override;
+  void visit(Node& node) override;
+  void leave(Node& node) override;
 
 private:
+  // The blank before every child but the first of a line without text of its own.
+  void separate(const Node& node);
+
   std::u16string out_;
   bool firstPage_ = true;
 };

@@ -4,6 +4,7 @@
 #include "base/Unicode.h"
 #include "layout/IteratorTemplate.h"
 #include "layout/Layout.h"
+#include "layout/NodeClass.h"
 #include "layout/Nodes.h"
 
 #include <charconv>
@@ -65,8 +66,10 @@ std::string WebAnnoWriter::write(Node& node) {
   return std::move(out_);
 }
 
-void WebAnnoWriter::visitChildren(Node& node) {
-  for (const auto& child : node.children()) child->accept(*this);
+void WebAnnoWriter::visitChildren(Node& node) { NodeVisitor::visit(node); }
+
+void WebAnnoWriter::leave(Node& node) {
+  if (isA<Word>(node)) writeRow(static_cast<Word&>(node));
 }
 
 void WebAnnoWriter::appendNumber(std::uint64_t value) {
@@ -113,7 +116,10 @@ void WebAnnoWriter::visit(Line& line) {
 
 void WebAnnoWriter::visit(Word& word) {
   ++token_;
-  visitChildren(word);
+  visitChildren(word);  // leave() writes the row
+}
+
+void WebAnnoWriter::writeRow(Word& word) {
   appendNumber(sentence_);
   out_ += '-';
   appendNumber(token_);

@@ -51,9 +51,12 @@ private:
   void visit(Image& node) override;
   void visit(Content& node) override;
   void visit(Node& node) override;
+  void leave(Node& node) override;
 
   void start();
   void visitChildren(Node& node);
+  // The token row of a word, written once its children (nested words) have theirs.
+  void writeRow(Word& word);
   // Appends the word's text as UTF-8 and returns its length in bytes.
   std::size_t appendWordText(Word& word, std::string& into);
   void appendNumber(std::uint64_t value);

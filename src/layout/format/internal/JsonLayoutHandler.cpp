@@ -179,10 +179,14 @@ bool JsonLayoutHandler::startNode() {
   return true;
 }
 
-bool JsonLayoutHandler::StartObject() {
+bool JsonLayoutHandler::StartObject() { return startContainer(true); }
+bool JsonLayoutHandler::StartArray() { return startContainer(false); }
+
+bool JsonLayoutHandler::startContainer(bool object) {
   if (!enter()) return false;
   if (skipping()) return true;
   if (frames_.empty()) {
+    if (!object) return stopWith(Stop::Syntax, "the top level is not an object");
     // A second top-level value is a syntax error the parser reports itself.
     frames_.push_back(FrameState{Frame::Document});
     rootKey_ = false;
@@ -190,6 +194,26 @@ bool JsonLayoutHandler::StartObject() {
   }
   FrameState& frame = frames_.back();
   switch (frame.kind) {
+    case Frame::Skip:
+      ++frame.count;
+      return true;
+    case Frame::Numbers:
+      // A number list holding a container is bad, and the container is skipped.
+      frame.bad = true;
+      ++frame.count;
+      return skipValue();
+    default:
+      return object ? startObjectIn(frame.kind) : startArrayIn(frame.kind);
+  }
+}
+
+bool JsonLayoutHandler::skipValue() {
+  frames_.push_back(FrameState{Frame::Skip});
+  return true;
+}
+
+bool JsonLayoutHandler::startObjectIn(Frame kind) {
+  switch (kind) {
     case Frame::Document:
       if (rootKey_) return startNode();
       break;
@@ -213,24 +237,14 @@ bool JsonLayoutHandler::StartObject() {
     case Frame::Point:
       fail(jsonError("a point of \"polygon\" is not an array of two numbers"));
       return true;
-    case Frame::Numbers:
-      frame.bad = true;
-      ++frame.count;
+    default:
       break;
-    case Frame::Skip:
-      ++frame.count;
-      return true;
   }
-  frames_.push_back(FrameState{Frame::Skip});
-  return true;
+  return skipValue();
 }
 
-bool JsonLayoutHandler::StartArray() {
-  if (!enter()) return false;
-  if (skipping()) return true;
-  if (frames_.empty()) return stopWith(Stop::Syntax, "the top level is not an object");
-  FrameState& frame = frames_.back();
-  switch (frame.kind) {
+bool JsonLayoutHandler::startArrayIn(Frame kind) {
+  switch (kind) {
     case Frame::Document:
       if (rootKey_) {
         fail(QentException(base::kErrorJson, "Root node is not found"));
@@ -280,16 +294,10 @@ bool JsonLayoutHandler::StartArray() {
     case Frame::Point:
       fail(jsonError("a point of \"polygon\" is not an array of two numbers"));
       return true;
-    case Frame::Numbers:
-      frame.bad = true;
-      ++frame.count;
+    default:
       break;
-    case Frame::Skip:
-      ++frame.count;
-      return true;
   }
-  frames_.push_back(FrameState{Frame::Skip});
-  return true;
+  return skipValue();
 }
 
 bool JsonLayoutHandler::Key(const char* data, rapidjson::SizeType length, bool) {

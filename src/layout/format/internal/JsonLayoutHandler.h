@@ -77,6 +77,14 @@ private:
   bool skipping() const { return error_ != nullptr; }
   JsonNodeRecord& record() { return records_[nodeDepth_ - 1]; }
   bool startNode();
+  // Objects and arrays share the depth accounting, the skipping and the number lists;
+  // what a container means where it starts differs, in startObjectIn and startArrayIn,
+  // which are given the kind of the enclosing frame.
+  bool startContainer(bool object);
+  bool startObjectIn(Frame kind);
+  bool startArrayIn(Frame kind);
+  // Skips a value no frame takes, with all it contains.
+  bool skipValue();
   void finishNode();
   void finishNumbers(const FrameState& frame);
   // For a value of a kind the current member does not take: treated as absent.

@@ -1,0 +1,193 @@
+// SmallStackTest.cpp - the deepest documents the readers accept go through every reader,
+// writer, copier and walk, and through a comparison, on a thread with a small stack.
+#include "hocr/HocrWriter.h"
+#include "io/DocumentReader.h"
+#include "layout/DeepCopier.h"
+#include "layout/IteratorTemplate.h"
+#include "layout/Layout.h"
+#include "layout/LayoutLimits.h"
+#include "layout/NodeText.h"
+#include "layout/format/CloudOcrReader.h"
+#include "layout/format/JSONWriter.h"
+#include "layout/format/PlainTextWriter.h"
+#include "layout/format/WebAnnoWriter.h"
+#include "support/JobApi.h"
+#include "support/SmallStack.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <string>
+
+namespace {
+
+using namespace qent::text::layout;
+
+// Smaller than the stacks callers' threads commonly have (512 KB on macOS, 1 MB on Windows).
+// AddressSanitizer surrounds every local with red zones and keeps frames apart, which costs
+// several times the stack of the plain build for the same code.
+#if defined(__SANITIZE_ADDRESS__)
+constexpr std::size_t kStack = 512 * 1024;
+#else
+constexpr std::size_t kStack = 128 * 1024;
+#endif
+
+// `open` repeated, the innermost text, then `close` as often.
+std::string nest(std::size_t times, const std::string& open, const std::string& inner,
+                 const std::string& close) {
+  std::string out;
+  for (std::size_t i = 0; i < times; ++i) out += open;
+  out += inner;
+  for (std::size_t i = 0; i < times; ++i) out += close;
+  return out;
+}
+
+// Root, page, content areas, a line and its words: as many levels as a reader accepts.
+const std::size_t kAreas = kMaxLayoutDepth - 4;
+
+std::string deepJson() {
+  const std::string word = R"({"type":"word","top":1,"width":4,"height":8,"left":)";
+  return R"({"root":{"type":"node","children":[{"type":"page","width":99,"height":99,)"
+         R"("children":[)" +
+         nest(kAreas, R"({"type":"content_area","left":1,"top":1,"width":9,"height":9,"children":[)",
+              R"({"type":"line","left":1,"top":1,"width":9,"height":8,"children":[)" + word +
+                  R"(1,"text":"deep"},)" + word + R"(6,"text":"tree"}]})",
+              "]}") +
+         "]}]}}";
+}
+
+std::string deepHocr() {
+  return R"(<html xmlns="http://www.w3.org/1999/xhtml"><head><title/></head><body>)"
+         R"(<div class="ocr_page" title="bbox 0 0 99 99">)" +
+         nest(kAreas, R"(<div class="ocr_carea" title="bbox 1 1 10 10">)",
+              R"(<span class="ocr_line" title="bbox 1 1 10 9">)"
+              R"(<span class="ocrx_word" title="bbox 1 1 5 9">deep</span> )"
+              R"(<span class="ocrx_word" title="bbox 6 1 10 9">tree</span></span>)",
+              "</div>") +
+         "</div></body></html>";
+}
+
+// A page of two words, with a foreign member nested as deep as the reader accepts.
+std::string deepCloudOcr() {
+  auto word = [](const char* left, const char* right, const char* text, const char* end) {
+    return std::string(R"({"boundingBox":{"vertices":[{"x":)") + left + R"(,"y":1},{"x":)" +
+           right + R"(,"y":9}]},"symbols":[{"text":")" + text +
+           R"(","property":{"detectedBreak":{"type":")" + end + R"("}}}]})";
+  };
+  const std::size_t arrays = format::CloudOcrReader::kMaxJsonDepth - 1;
+  return R"({"fullTextAnnotation":{"pages":[{"width":99,"height":99,"blocks":[{"paragraphs":[)"
+         R"({"words":[)" + word("1", "5", "deep", "SPACE") + "," + word("6", "10", "tree", "LINE_BREAK") +
+         R"(]}]}]}]},"extra":)" + nest(arrays, "[", "", "]") + "}";
+}
+
+std::string webAnno() {
+  return "#FORMAT=WebAnno TSV 3.2\n#T_SP=webanno.custom.Mention|value\n\n\n"
+         "#Text=deep tree\n1-1\t0-4\tdeep\t_\n1-2\t5-9\ttree\t_\n";
+}
+
+struct DeepCase {
+  const char* name;
+  std::string document;
+  std::size_t depth;  // levels of the tree read, the root counting as one
+  // Whether reading the JSON written gives the same tree: other formats' class names (such
+  // as ocr_carea) mean something else to the JSON reader.
+  bool jsonRoundTrip = false;
+};
+void PrintTo(const DeepCase& c, std::ostream* out) { *out << c.name; }
+
+// What the small-stack thread found; checked on the test's own thread.
+struct Outcome {
+  std::size_t depth = 0;
+  std::string json, jsonAgain, copyJson, pageJson, hocr, hocrAgain, webAnno;
+  std::u16string plainText, nodeText;
+  std::size_t words = 0;
+};
+
+// Deep documents are long: name the first difference instead of printing both.
+template <class Text>
+::testing::AssertionResult same(const Text& a, const Text& b) {
+  if (a == b) return ::testing::AssertionSuccess();
+  std::size_t at = 0;
+  while (at < a.size() && at < b.size() && a[at] == b[at]) ++at;
+  auto near = [&](const Text& t) {
+    const std::size_t from = at < 40 ? 0 : at - 40;
+    return qent::test::u8(std::u16string(t.begin() + from, t.begin() + std::min(t.size(), at + 40)));
+  };
+  return ::testing::AssertionFailure() << "differ at " << at << ": \"" << near(a) << "\" vs \""
+                                       << near(b) << "\"";
+}
+
+std::unique_ptr<Layout> read(const std::string& bytes) {
+  return qent::io::readDocument(bytes, "deep", {})->takeLayout();
+}
+
+class SmallStackTest : public ::testing::TestWithParam<DeepCase> {};
+
+TEST_P(SmallStackTest, ReadsWritesCopiesAndWalksTheDeepestDocument) {
+  Outcome o;
+  qent::test::runWithStack(kStack, [&] {
+    auto layout = read(GetParam().document);
+    Node& root = *layout->root();
+    for (IteratorTemplate<Node> it(&root); !it.atEnd(); ++it) {
+      o.depth = std::max(o.depth, it.cursor().depth() + 1);
+      if (isA<Word>(*it)) ++o.words;
+    }
+    o.json = format::JSONWriter().write(*layout);
+    o.jsonAgain = format::JSONWriter().write(*read(o.json));
+    o.hocr = qent::text::hocr::HocrWriter().write(*layout);
+    o.hocrAgain = qent::text::hocr::HocrWriter().write(*read(o.hocr));
+    o.plainText = format::PlainTextWriter().write(*layout);
+    o.webAnno = format::WebAnnoWriter().write(*layout);
+    o.nodeText = nodeText(root);
+    DeepCopier copier;
+    root.accept(copier);
+    o.copyJson = format::JSONWriter().write(Layout(copier.takeResult()));
+    auto pages = layout->splitIntoPages();
+    if (pages.size() == 1) o.pageJson = format::JSONWriter().write(*pages.front());
+  });
+  EXPECT_EQ(o.depth, GetParam().depth);
+  EXPECT_EQ(o.words, 2u);
+  if (GetParam().jsonRoundTrip) {
+    EXPECT_TRUE(same(o.jsonAgain, o.json));
+  }
+  EXPECT_TRUE(same(o.copyJson, o.json));
+  EXPECT_TRUE(same(o.pageJson, o.json)) << "the layout's only page split off";
+  EXPECT_TRUE(same(o.hocrAgain, o.hocr));
+  EXPECT_EQ(o.plainText, u"deep tree\n");
+  EXPECT_NE(o.webAnno.find("#Text=deep tree\n1-1\t0-4\tdeep\t_\n1-2\t5-9\ttree\t_\n"),
+            std::string::npos)
+      << o.webAnno;
+  EXPECT_EQ(o.nodeText, u"deeptree");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Formats, SmallStackTest,
+    ::testing::Values(DeepCase{"JsonLayout", deepJson(), kMaxLayoutDepth, true},
+                      // The reader unwraps the body around the single page.
+                      DeepCase{"Hocr", deepHocr(), kMaxLayoutDepth - 1},
+                      DeepCase{"CloudOcr", deepCloudOcr(), 6},
+                      DeepCase{"WebAnno", webAnno(), 4}),
+    [](const ::testing::TestParamInfo<DeepCase>& c) { return std::string(c.param.name); });
+
+TEST(SmallStackJobTest, ComparesTheDeepestDocuments) {
+  const std::string left = deepJson();
+  const std::string right = deepHocr();
+  auto address = [](const std::string& bytes) {
+    return std::to_string(reinterpret_cast<std::uintptr_t>(bytes.data())) + ":" +
+           std::to_string(bytes.size());
+  };
+  std::uint32_t code = 0;
+  std::string result;
+  qent::test::runWithStack(kStack, [&] {
+    qent::test::Job job;
+    job.set("InputMemoryAddress", address(left) + ";" + address(right));
+    job.set("Compare", "true");
+    code = job.execute();
+    result = code == ORMIDA_OK ? job.get("Compare.Result").second : job.errorText();
+  });
+  ASSERT_EQ(code, ORMIDA_OK) << result;
+  EXPECT_NE(result.find(R"("edits":0,"f1_measure":1.0,"good":8,)"), std::string::npos)
+      << result.substr(0, 400);
+}
+
+}  // namespace
