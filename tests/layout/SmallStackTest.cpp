@@ -24,13 +24,7 @@ namespace {
 using namespace qent::text::layout;
 
 // Smaller than the stacks callers' threads commonly have (512 KB on macOS, 1 MB on Windows).
-// AddressSanitizer surrounds every local with red zones and keeps frames apart, which costs
-// several times the stack of the plain build for the same code.
-#if defined(__SANITIZE_ADDRESS__)
-constexpr std::size_t kStack = 512 * 1024;
-#else
 constexpr std::size_t kStack = 128 * 1024;
-#endif
 
 // `open` repeated, the innermost text, then `close` as often.
 std::string nest(std::size_t times, const std::string& open, const std::string& inner,
