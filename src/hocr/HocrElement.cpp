@@ -4,11 +4,11 @@
 #include "base/NumberConversion.h"
 #include "base/TraceLog.h"
 #include "base/Unicode.h"
+#include "base/xml/XmlWriter.h"
 #include "hocr/HocrFields.h"
 #include "hocr/HocrProperties.h"
 #include "layout/Fragment.h"
 
-#include <pugixml.hpp>
 
 #include <algorithm>
 #include <array>
@@ -260,7 +260,8 @@ bool HocrElement::hasTitlePropertyPrefix(std::string_view prefix) const {
                      [&](const Item& item) { return item.key.starts_with(prefix); });
 }
 
-void HocrElement::apply(pugi::xml_node& element, std::vector<std::string>& languages) {
+void HocrElement::apply(base::xml::XmlWriter& writer, std::string_view element,
+                        std::vector<std::string>& languages, bool warn) {
   for (const Attribute& attribute : attributes_) {
     if (attribute.claimed || attribute.dropped) continue;
     const std::string& key = attribute.key;
@@ -275,11 +276,11 @@ void HocrElement::apply(pugi::xml_node& element, std::vector<std::string>& langu
       Item& item = title_.add();
       item.key.assign(key);
       item.value.assign(value);
-    } else {
+    } else if (warn) {
       base::TraceLog::writeFormatted(base::kTraceWarning,
                                      "hOCR writer: attribute \"%s\" of element <%s> can be "
                                      "written neither in the title nor as XML attribute; left out",
-                                     key.c_str(), element.name());
+                                     key.c_str(), std::string(element).c_str());
     }
   }
 
@@ -290,12 +291,12 @@ void HocrElement::apply(pugi::xml_node& element, std::vector<std::string>& langu
       text_ += item.key;
       if (!item.value.empty()) text_.append(" ").append(item.value);
     }
-    element.append_attribute("title").set_value(text_.data(), text_.size());
+    writer.attribute("title", text_);
   }
-  if (hasStyle_) element.append_attribute("style").set_value(style_.data(), style_.size());
+  if (hasStyle_) writer.attribute("style", style_);
   for (const Reused<Item>* list : {&xmlAttributes_, &extra_}) {
     for (const Item& item : *list) {
-      element.append_attribute(item.key.c_str()).set_value(item.value.data(), item.value.size());
+      writer.attribute(item.key, item.value);
       if (item.key == "lang" || item.key == "xml:lang") languages.push_back(item.value);
       if (item.key == "dir") hasDirection_ = true;
       if (item.key == "style" && item.value.find("font") != std::string::npos) hasFontStyle_ = true;

@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-namespace pugi {
-class xml_node;
+namespace qent::base::xml {
+class XmlWriter;
 }
 
 namespace qent::text::layout {
@@ -63,9 +63,11 @@ public:
   // its text, or null when the node has no such attribute.
   const std::string* claim(std::string_view key);
 
-  // Writes title, style and the remaining attributes onto the element. The values of "lang"
-  // and "xml:lang" attributes written are appended to `languages`.
-  void apply(pugi::xml_node& element, std::vector<std::string>& languages);
+  // Writes title, style and the remaining attributes into the start tag of `element` that
+  // `writer` has open. The values of "lang" and "xml:lang" attributes written are appended
+  // to `languages`. `warn` reports an attribute that can be written nowhere to the trace log.
+  void apply(base::xml::XmlWriter& writer, std::string_view element,
+             std::vector<std::string>& languages, bool warn);
   // Whether the title holds this key (after apply(), generic attributes included).
   bool hasTitleProperty(std::string_view key) const;
   // Whether the title holds a key starting with this prefix.

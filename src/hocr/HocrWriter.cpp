@@ -4,6 +4,7 @@
 #include "base/NumberConversion.h"
 #include "base/Unicode.h"
 #include "base/Version.h"
+#include "base/xml/XmlWriter.h"
 #include "hocr/HocrElement.h"
 #include "hocr/HocrFields.h"
 #include "hocr/HocrProperties.h"
@@ -13,8 +14,6 @@
 #include "layout/NodeClass.h"
 #include "layout/NodeVisitor.h"
 #include "layout/Nodes.h"
-
-#include <pugixml.hpp>
 
 #include <algorithm>
 #include <array>
@@ -136,39 +135,33 @@ std::size_t countNodes(const Node& root) {
   return count;
 }
 
-class StringWriter : public pugi::xml_writer {
-public:
-  explicit StringWriter(std::string& out) : out_(out) {}
-  void write(const void* data, std::size_t size) override {
-    out_.append(static_cast<const char*>(data), size);
-  }
-
-private:
-  std::string& out_;
-};
-
-// Walks the tree once and appends one element per node below `body`.
+// Walks the tree once and writes one element per node into the open body element. The
+// head names what the body uses, so a document is walked twice: once into nothing to learn
+// that (`counting`), then for real; a writer never holds the document.
 class BodyBuilder : public NodeVisitor {
 public:
   using NodeVisitor::visit;
 
-  BodyBuilder(const Layout& layout, double confidenceScale)
-      : layout_(layout), confidenceScale_(confidenceScale) {}
+  BodyBuilder(const Layout& layout, double confidenceScale, base::xml::XmlWriter& writer,
+              bool counting)
+      : layout_(layout), confidenceScale_(confidenceScale), writer_(writer), counting_(counting) {}
 
-  void build(pugi::xml_node body) {
-    parent_ = body;
+  // Writes the body's attributes and content; the body is closed once this returns.
+  void build() {
     Node* root = layout_.root();
-    if (root == nullptr) return;
-    used_.reserve(countNodes(*root));
-    if (isBodyRoot(*root)) {
-      HocrElement& properties = element_.reset(*root);
-      keepBboxOutOfTitle(properties);
-      writeId(body, *root, "node");
-      finish(body, properties, *root);
-      visitChildren(body, *root);
-      return;
+    if (root != nullptr) {
+      used_.reserve(countNodes(*root));
+      if (isBodyRoot(*root)) {
+        HocrElement& properties = element_.reset(*root);
+        keepBboxOutOfTitle(properties);
+        writeId(*root, "node");
+        finish(properties, *root);
+        NodeVisitor::visit(*root);  // leave() closes the body
+        return;
+      }
+      root->accept(*this);
     }
-    root->accept(*this);
+    closeElement();
   }
 
   // Whether the root is written as the body element itself: a root the reader made from the
@@ -218,8 +211,8 @@ public:
   void visit(Page& page) override {
     ++pages_;
     counters_ = {};
-    pugi::xml_node element = open("div", "ocr_page");
-    writeId(element, page, "page");
+    open("div", "ocr_page");
+    writeId(page, "page");
     HocrElement& properties = element_.reset(page);
 
     const Image* image = nullptr;
@@ -267,8 +260,8 @@ public:
     } else if (!language.empty()) {
       properties.xmlAttribute("lang", language);
     }
-    finish(element, properties, page);
-    visitChildren(element, page);
+    finish(properties, page);
+    visitChildren(page);
   }
 
   void visit(Image& image) override {
@@ -278,14 +271,12 @@ public:
   }
 
   void leave(Node& node) override {
-    if (isA<Image>(node)) return;  // opened no element
-    closeEmpty(parent_);
-    parent_ = parent_.parent();
+    if (!isA<Image>(node)) closeElement();  // an image opened none
   }
 
   void visit(Line& line) override {
-    pugi::xml_node element = open("span", "ocr_line");
-    writeId(element, line, "line");
+    open("span", "ocr_line");
+    writeId(line, "line");
     HocrElement& properties = element_.reset(line);
     fragmentProperties(properties, line);
     doubleProperty(properties, "x_size", line.maxGlyphHeight(), 0.0);
@@ -293,14 +284,14 @@ public:
     doubleProperty(properties, "x_ascenders", line.maxAscenders(), 0.0);
     confidenceProperty(properties, "x_lconf", line);
     properties.fragmentStyle(line);
-    finish(element, properties, line);
-    writeText(element, line.text());
-    visitChildren(element, line);
+    finish(properties, line);
+    writeText(line.text());
+    visitChildren(line);
   }
 
   void visit(Word& word) override {
-    pugi::xml_node element = open("span", "ocrx_word");
-    writeId(element, word, "word");
+    open("span", "ocrx_word");
+    writeId(word, "word");
     HocrElement& properties = element_.reset(word);
     fragmentProperties(properties, word);
     confidenceProperty(properties, "x_wconf", word);
@@ -340,27 +331,27 @@ public:
       if (anyConfidence) properties.generatedProperty("x_confs", confidences);
     }
     properties.fragmentStyle(word);
-    finish(element, properties, word);
+    finish(properties, word);
     const std::u16string& shown = word.text().empty() ? glyphText : word.text();
-    writeText(element, shown);
-    visitChildren(element, word);  // its glyphs skip themselves
+    writeText(shown);
+    visitChildren(word);  // its glyphs skip themselves
   }
 
   void visit(Box& box) override {
     const std::u16string& name = box.typeName();
     const std::string typeName = box.boxKind() == Box::kContentArea ? "ocr_carea" : xmlText(name);
-    pugi::xml_node element = openNamed(box, typeName, "div");
+    openNamed(box, typeName, "div");
     const std::string prefix = typeName == "ocr_par" ? "par" : "block";
-    const bool idKept = writeId(element, box, prefix.c_str());
+    const bool idKept = writeId(box, prefix.c_str());
     HocrElement& properties = element_.reset(box);
-    claimClass(properties, element);
+    claimClass(properties);
     fragmentProperties(properties, box, true);
     properties.fragmentStyle(box);
-    finish(element, properties, box);
+    finish(properties, box);
     // The reader gives a box without text of its own its id as text; write the text only
     // when that would not bring it back.
-    if (!(idKept && box.text() == box.id())) writeText(element, box.text());
-    visitChildren(element, box);
+    if (!(idKept && box.text() == box.id())) writeText(box.text());
+    visitChildren(box);
   }
 
   void visit(Glyph& glyph) override {
@@ -386,23 +377,23 @@ public:
 
   void visit(Content& content) override {
     const std::string typeName = xmlText(content.typeName());
-    pugi::xml_node element = openNamed(content, typeName, "div");
-    writeId(element, content, "node");
+    openNamed(content, typeName, "div");
+    writeId(content, "node");
     HocrElement& properties = element_.reset(content);
-    claimClass(properties, element);
+    claimClass(properties);
     keepBboxOutOfTitle(properties);
-    finish(element, properties, content);
-    writeText(element, content.text());
-    visitChildren(element, content);
+    finish(properties, content);
+    writeText(content.text());
+    visitChildren(content);
   }
 
   void visit(Node& node) override {
-    pugi::xml_node element = open("div", "");
-    writeId(element, node, "node");
+    open("div", "");
+    writeId(node, "node");
     HocrElement& properties = element_.reset(node);
     keepBboxOutOfTitle(properties);
-    finish(element, properties, node);
-    visitChildren(element, node);
+    finish(properties, node);
+    visitChildren(node);
   }
 
 private:
@@ -410,22 +401,22 @@ private:
     std::uint32_t block = 0, par = 0, line = 0, word = 0, node = 0;
   };
 
-  pugi::xml_node open(const char* name, std::string_view cls) {
-    pugi::xml_node element = parent_.append_child(name);
+  void open(std::string_view name, std::string_view cls) {
+    writer_.startElement(name);
+    writtenClass_.assign(cls);
     if (!cls.empty()) {
-      element.append_attribute("class").set_value(cls.data(), cls.size());
+      writer_.attribute("class", cls);
       // A document uses a handful of classes: a short list beats a tree per element.
       if (hasHocrPrefix(cls) && std::find(classes_.begin(), classes_.end(), cls) == classes_.end()) {
         classes_.emplace_back(cls);
       }
     }
-    return element;
   }
 
   // The element of a Box or Content named `typeName`: hOCR classes on a div (a p for
   // paragraphs), a name the node was read under as a class attribute on a div, else the
   // HTML element of that name, else a div with the name as class.
-  pugi::xml_node openNamed(const Node& node, const std::string& typeName, const char* fallback) {
+  void openNamed(const Node& node, const std::string& typeName, const char* fallback) {
     if (typeName == "ocr_page" || typeName == "ocr_line" || typeName == "ocrx_word") {
       // The reader would build a page, line or word from these classes, and take the node's
       // attributes as that class's numbers; such a box or content is a generic box.
@@ -436,7 +427,7 @@ private:
     const bool readAsClass = stored != node.attributes().end() && xmlText(stored->second) == typeName;
     const bool voidWithContent = isVoidElement(typeName) && !node.children().empty();
     if (!readAsClass && isHtmlElementName(typeName) && !voidWithContent) {
-      return open(typeName.c_str(), "");
+      return open(typeName, "");
     }
     return open(fallback, typeName);
   }
@@ -448,10 +439,9 @@ private:
   }
 
   // The class attribute written already stands for the stored "class" attribute.
-  static void claimClass(HocrElement& properties, const pugi::xml_node& element) {
+  void claimClass(HocrElement& properties) {
     const std::string* stored = properties.claim("class");
-    const pugi::xml_attribute written = element.attribute("class");
-    if (stored != nullptr && (!written || *stored != written.value())) {
+    if (stored != nullptr && (writtenClass_.empty() || *stored != writtenClass_)) {
       // A different stored class cannot be a second class attribute; keep it in the title.
       properties.generatedProperty("class", *stored);
     }
@@ -459,12 +449,12 @@ private:
 
   // Writes the node's id when it is a usable, unused XML id; replaces an unusable one by a
   // generated id. Returns whether the node's own id was written.
-  bool writeId(pugi::xml_node& element, const Node& node, const char* prefix) {
+  bool writeId(const Node& node, const char* prefix) {
     if (node.id().empty()) return false;
     std::string& id = idText_;
     assignXmlText(id, node.id());
     if (isUsableId(id) && used_.insert(id)) {
-      element.append_attribute("id").set_value(id.data(), id.size());
+      writer_.attribute("id", id);
       return true;
     }
     reserveExistingIds();
@@ -479,7 +469,7 @@ private:
       }
       if (!reserved_.contains(id) && used_.insert(id)) break;
     }
-    element.append_attribute("id").set_value(id.c_str());
+    writer_.attribute("id", id);
     return false;
   }
 
@@ -563,21 +553,21 @@ private:
 
   template <class Extra>
   void otherFragment(Fragment& fragment, const char* cls, Extra extra) {
-    pugi::xml_node element = open("div", cls);
-    writeId(element, fragment, "node");
+    open("div", cls);
+    writeId(fragment, "node");
     HocrElement& properties = element_.reset(fragment);
     fragmentProperties(properties, fragment, true);
     extra(properties);
     properties.fragmentStyle(fragment);
-    finish(element, properties, fragment);
-    writeText(element, fragment.text());
-    visitChildren(element, fragment);
+    finish(properties, fragment);
+    writeText(fragment.text());
+    visitChildren(fragment);
   }
 
-  void finish(pugi::xml_node& element, HocrElement& properties, const Node& node) {
+  void finish(HocrElement& properties, const Node& node) {
     if (&node == layout_.root()) properties.claim("additional_versions");  // in the head
     const std::size_t languages = languages_.size();
-    properties.apply(element, languages_);
+    properties.apply(writer_, writer_.currentName(), languages_, !counting_);
     uses_.wconf = uses_.wconf || properties.hasTitleProperty("x_wconf");
     uses_.poly = uses_.poly || properties.hasTitleProperty("poly");
     uses_.font = uses_.font || properties.namesFont();
@@ -585,30 +575,30 @@ private:
     uses_.dir = uses_.dir || properties.hasDirection();
   }
 
-  void writeText(pugi::xml_node& element, std::u16string_view text) {
+  // The children's elements go into the element just written; leave() closes it.
+  void visitChildren(Node& node) { NodeVisitor::visit(node); }
+
+  void writeText(std::u16string_view text) {
     if (text.empty()) return;
     assignXmlText(textBuffer_, text);
-    element.append_child(pugi::node_pcdata).set_value(textBuffer_.data(), textBuffer_.size());
+    writer_.text(textBuffer_);
   }
 
-  // The children's elements go into `element`; leave() closes it and steps back out.
-  void visitChildren(pugi::xml_node& element, Node& node) {
-    parent_ = element;
-    NodeVisitor::visit(node);
-  }
-
-  static void closeEmpty(pugi::xml_node& element) {
-    if (!element.first_child() && !isVoidElement(element.name())) {
-      element.append_child(pugi::node_pcdata);
-    }
+  // Ends the innermost element; one left without content gets an end tag all the same
+  // (but for the void elements), because browsers read <span/> as an opening tag.
+  void closeElement() {
+    if (writer_.currentIsEmpty() && !isVoidElement(writer_.currentName())) writer_.text("");
+    writer_.endElement();
   }
 
   const Layout& layout_;
   const double confidenceScale_;
+  base::xml::XmlWriter& writer_;
+  const bool counting_;
+  std::string writtenClass_;  // the class attribute of the element being written
   HocrElement element_;  // one for all elements: each is finished before its children start
   std::string idText_;
   std::string textBuffer_;
-  pugi::xml_node parent_;
   std::size_t pages_ = 0;
   Counters counters_;
   IdSet used_;
@@ -633,66 +623,69 @@ std::string systemText(const Layout::Versions& versions) {
   return text;
 }
 
-pugi::xml_node meta(pugi::xml_node head, const char* name, const std::string& content) {
-  pugi::xml_node element = head.append_child("meta");
-  element.append_attribute("name").set_value(name);
-  element.append_attribute("content").set_value(content.c_str());
-  return element;
+void meta(base::xml::XmlWriter& writer, std::string_view name, std::string_view content) {
+  writer.startElement("meta");
+  writer.attribute("name", name);
+  writer.attribute("content", content);
+  writer.endElement();
+}
+
+std::string joined(const auto& words) {
+  std::string list;
+  for (const std::string& word : words) {
+    if (!list.empty()) list += ' ';
+    list += word;
+  }
+  return list;
 }
 
 }  // namespace
 
-std::string HocrWriter::write(const Layout& layout) {
-  pugi::xml_document document;
-  pugi::xml_node declaration = document.append_child(pugi::node_declaration);
-  declaration.append_attribute("version").set_value("1.0");
-  declaration.append_attribute("encoding").set_value("UTF-8");
-  document.append_child(pugi::node_doctype).set_value(kDoctype);
-  pugi::xml_node html = document.append_child("html");
-  html.append_attribute("xmlns").set_value("http://www.w3.org/1999/xhtml");
+void HocrWriter::write(const Layout& layout, base::Sink& sink) {
+  const double confidenceScale = layout.format() == layout::kFormatCloudOcr ? 100.0 : 1.0;
+  base::NullSink nothing;
+  base::xml::XmlWriter counter(nothing);
+  BodyBuilder counted(layout, confidenceScale, counter, true);
+  counter.startElement("body");
+  counted.build();
 
-  pugi::xml_node head = html.append_child("head");
-  head.append_child("title").append_child(pugi::node_pcdata).set_value(
-      xmlText(layout.documentName()).c_str());
-  pugi::xml_node contentType = head.append_child("meta");
-  contentType.append_attribute("http-equiv").set_value("Content-Type");
-  contentType.append_attribute("content").set_value("text/html;charset=utf-8");
-  meta(head, "ocr-system", systemText(layout.versions()));
-  pugi::xml_node capabilities = meta(head, "ocr-capabilities", "");
-  pugi::xml_node pageCount = meta(head, "ocr-number-of-pages", "");
-  pugi::xml_node languages = meta(head, "ocr-langs", "");
+  base::xml::XmlWriter writer(sink);
+  writer.declaration("1.0", "UTF-8");
+  writer.doctype(kDoctype);
+  writer.startElement("html");
+  writer.attribute("xmlns", "http://www.w3.org/1999/xhtml");
+  writer.startElement("head");
+  writer.startElement("title");
+  writer.text(xmlText(layout.documentName()));
+  writer.endElement();
+  writer.startElement("meta");
+  writer.attribute("http-equiv", "Content-Type");
+  writer.attribute("content", "text/html;charset=utf-8");
+  writer.endElement();
+  meta(writer, "ocr-system", systemText(layout.versions()));
+  meta(writer, "ocr-capabilities", joined(counted.capabilities()));
+  meta(writer, "ocr-number-of-pages", std::to_string(counted.pages()));
+  const std::set<std::string> languages = counted.languages();
+  if (!languages.empty()) meta(writer, "ocr-langs", joined(languages));
   if (const Node* root = layout.root()) {
     const auto modules = root->attributes().find(u"additional_versions");
     if (modules != root->attributes().end()) {
-      meta(head, "ocr-modules", xmlText(modules->second));
+      meta(writer, "ocr-modules", xmlText(modules->second));
     }
   }
+  writer.endElement();
 
-  BodyBuilder builder(layout, layout.format() == layout::kFormatCloudOcr ? 100.0 : 1.0);
-  pugi::xml_node body = html.append_child("body");
-  builder.build(body);
-  if (!body.first_child()) body.append_child(pugi::node_pcdata);
+  BodyBuilder builder(layout, confidenceScale, writer, false);
+  writer.startElement("body");
+  builder.build();
+  writer.endElement();  // html
+  writer.finish();
+}
 
-  std::string list;
-  for (const std::string& capability : builder.capabilities()) {
-    list += (list.empty() ? "" : " ") + capability;
-  }
-  capabilities.attribute("content").set_value(list.c_str());
-  pageCount.attribute("content").set_value(std::to_string(builder.pages()).c_str());
-  list.clear();
-  for (const std::string& language : builder.languages()) {
-    list += (list.empty() ? "" : " ") + language;
-  }
-  if (list.empty()) {
-    head.remove_child(languages);
-  } else {
-    languages.attribute("content").set_value(list.c_str());
-  }
-
-  std::string out;
-  StringWriter sink(out);
-  document.save(sink, " ", pugi::format_indent, pugi::encoding_utf8);
-  return out;
+std::string HocrWriter::write(const Layout& layout) {
+  base::StringSink sink;
+  write(layout, sink);
+  return std::move(sink.text());
 }
 
 }  // namespace qent::text::hocr

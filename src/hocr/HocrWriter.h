@@ -1,6 +1,8 @@
 // HocrWriter.h - writes a layout as an hOCR 1.2 document (XHTML 1.0 Transitional).
 #pragma once
 
+#include "base/Sink.h"
+
 #include <string>
 
 namespace qent::text::layout {
@@ -12,7 +14,8 @@ namespace qent::text::hocr {
 // Turns a layout into hOCR text (UTF-8) that common hOCR consumers accept and that
 // PugiHocrReader reads back to the same tree (for a tree read from hOCR; a tree from
 // elsewhere may hold what hOCR cannot say, and comes back as its hOCR form). The document
-// is built with pugixml and printed in one go.
+// is streamed into the sink element by element; the tree is walked twice, first to learn
+// what the head names (capabilities, languages, page count), so no document is ever held.
 //
 // Elements: Page div.ocr_page, Line span.ocr_line, Word span.ocrx_word, content areas
 // div.ocr_carea, paragraph boxes p.ocr_par, other boxes div.<their name>, Content nodes
@@ -31,6 +34,7 @@ namespace qent::text::hocr {
 // demand (glyph means) are cached in it as a side effect, as any reader of them does.
 class HocrWriter {
 public:
+  void write(const layout::Layout& layout, base::Sink& sink);
   std::string write(const layout::Layout& layout);
 };
 

@@ -80,16 +80,16 @@ LayoutPointer readWebAnno(std::string_view utf8, const ReadOptions&) {
   return format::WebAnnoReader().read(utf8);
 }
 
-void writeJson(const layout::Layout& layout, Sink& sink) {
+void writeJson(const layout::Layout& layout, base::Sink& sink) {
   sink.write(format::JSONWriter().write(layout));
 }
-void writeHocr(const layout::Layout& layout, Sink& sink) {
-  sink.write(text::hocr::HocrWriter().write(layout));
+void writeHocr(const layout::Layout& layout, base::Sink& sink) {
+  text::hocr::HocrWriter().write(layout, sink);
 }
-void writeWebAnno(const layout::Layout& layout, Sink& sink) {
+void writeWebAnno(const layout::Layout& layout, base::Sink& sink) {
   sink.write(format::WebAnnoWriter().write(layout));
 }
-void writePlainText(const layout::Layout& layout, Sink& sink) {
+void writePlainText(const layout::Layout& layout, base::Sink& sink) {
   sink.write(base::utf16ToUtf8(format::PlainTextWriter().write(layout)));
 }
 
@@ -124,7 +124,7 @@ const Format& formatNamed(std::string_view name) {
   throw std::runtime_error("unsupported output format specified");
 }
 
-void writeLayout(const Format& format, const text::layout::Layout& layout, Sink& sink) {
+void writeLayout(const Format& format, const text::layout::Layout& layout, base::Sink& sink) {
   if (format.write == nullptr) {
     throw base::QentException(base::kErrorOption,
                               std::string(format.title) + " output is not available in this build");

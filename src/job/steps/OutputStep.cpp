@@ -2,7 +2,7 @@
 // caller's memory callback.
 #include "base/NumberConversion.h"
 #include "base/Unicode.h"
-#include "io/FileSink.h"
+#include "base/FileSink.h"
 #include "io/FormatTable.h"
 #include "job/JobExecution.h"
 #include "job/OrmidaJob.h"
@@ -74,11 +74,11 @@ void writeOutput(JobExecution& execution) {
     if (formats.size() > 1) path.replace_extension(format->extension);
     // The file is streamed; the caller's callback receives each output in one call, so its
     // copy is collected first.
-    std::optional<io::FileSink> file;
+    std::optional<base::FileSink> file;
     if (options.toFile) file.emplace(path);
-    io::StringSink memory;
-    std::optional<io::TeeSink> both;
-    io::Sink* sink = &memory;
+    base::StringSink memory;
+    std::optional<base::TeeSink> both;
+    base::Sink* sink = &memory;
     if (file && options.callback == nullptr) sink = &*file;
     if (file && options.callback != nullptr) sink = &both.emplace(*file, memory);
     io::writeLayout(*format, *main.layout(), *sink);

@@ -1,9 +1,9 @@
 // XmlWriter.cpp - streaming XML with the layout of an indented DOM print.
-#include "io/xml/XmlWriter.h"
+#include "base/xml/XmlWriter.h"
 
 #include <stdexcept>
 
-namespace qent::io::xml {
+namespace qent::base::xml {
 
 namespace {
 
@@ -123,9 +123,12 @@ void XmlWriter::endElement() {
 }
 
 void XmlWriter::finish() {
-  if (!open_.empty()) throw std::logic_error("XML document finished with open elements");
+  if (!open_.empty()) {
+    throw std::logic_error("XML document finished with <" + open_.back() + "> open at depth " +
+                           std::to_string(open_.size()));
+  }
   if (layout_ & kNewline) put("\n");
   flush();
 }
 
-}  // namespace qent::io::xml
+}  // namespace qent::base::xml

@@ -11,13 +11,13 @@
 // (as character references) in attribute values.
 #pragma once
 
-#include "io/Sink.h"
+#include "base/Sink.h"
 
 #include <string>
 #include <string_view>
 #include <vector>
 
-namespace qent::io::xml {
+namespace qent::base::xml {
 
 class XmlWriter {
 public:
@@ -39,6 +39,9 @@ public:
   void finish();
 
   std::size_t depth() const { return open_.size(); }
+  // The innermost open element, and whether nothing has been written inside it yet.
+  const std::string& currentName() const { return open_.back(); }
+  bool currentIsEmpty() const { return startTagOpen_; }
 
 private:
   enum : unsigned { kNewline = 1, kIndent = 2 };
@@ -57,4 +60,4 @@ private:
   bool startTagOpen_ = false;      // "<name ..." written, ">" not yet
 };
 
-}  // namespace qent::io::xml
+}  // namespace qent::base::xml

@@ -1,6 +1,6 @@
 // XmlWriterTest.cpp - the streaming XML writer against pugixml's indented print of the same
 // document, for random documents with mixed content and every character that needs escaping.
-#include "io/xml/XmlWriter.h"
+#include "base/xml/XmlWriter.h"
 
 #include <gtest/gtest.h>
 #include <pugixml.hpp>
@@ -28,7 +28,7 @@ std::string randomText(std::mt19937& random) {
 }
 
 // Appends the same random subtree to the DOM and to the streaming writer.
-void grow(std::mt19937& random, pugi::xml_node parent, qent::io::xml::XmlWriter& writer,
+void grow(std::mt19937& random, pugi::xml_node parent, qent::base::xml::XmlWriter& writer,
           int depth) {
   static const char* const names[] = {"div", "span", "p", "br"};
   const int children = depth > 4 ? 0 : std::uniform_int_distribution<>(0, 4)(random);
@@ -63,8 +63,8 @@ TEST(XmlWriterTest, WritesWhatAnIndentedDomPrintWrites) {
     document.append_child(pugi::node_doctype).set_value("html PUBLIC \"x\"");
     pugi::xml_node html = document.append_child("html");
 
-    qent::io::StringSink sink;
-    qent::io::xml::XmlWriter writer(sink);
+    qent::base::StringSink sink;
+    qent::base::xml::XmlWriter writer(sink);
     writer.declaration("1.0", "UTF-8");
     writer.doctype("html PUBLIC \"x\"");
     writer.startElement("html");

@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-namespace qent::io {
+namespace qent::base {
 
 class Sink {
 public:
@@ -28,6 +28,13 @@ private:
   std::string text_;
 };
 
+// Drops everything: for a pass that only wants to learn what a writer would write.
+class NullSink : public Sink {
+public:
+  using Sink::write;
+  void write(const char*, std::size_t) override {}
+};
+
 // Passes everything on to two sinks, for an output that goes to a file and to the caller.
 class TeeSink : public Sink {
 public:
@@ -43,4 +50,4 @@ private:
   Sink& second_;
 };
 
-}  // namespace qent::io
+}  // namespace qent::base

@@ -6,11 +6,11 @@
 #pragma once
 
 #include "base/FileIo.h"
-#include "io/Sink.h"
+#include "base/Sink.h"
 
 #include <filesystem>
 
-namespace qent::io {
+namespace qent::base {
 
 class FileSink : public Sink {
 public:
@@ -20,7 +20,7 @@ public:
   void commit() { file_.commit(); }
 
 private:
-  base::AtomicFile file_;
+  AtomicFile file_;
 };
 
-}  // namespace qent::io
+}  // namespace qent::base
