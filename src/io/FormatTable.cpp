@@ -81,7 +81,7 @@ LayoutPointer readWebAnno(std::string_view utf8, const ReadOptions&) {
 }
 
 void writeJson(const layout::Layout& layout, base::Sink& sink) {
-  sink.write(format::JSONWriter().write(layout));
+  format::JSONWriter().write(layout, sink);
 }
 void writeHocr(const layout::Layout& layout, base::Sink& sink) {
   text::hocr::HocrWriter().write(layout, sink);

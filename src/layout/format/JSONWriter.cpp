@@ -126,16 +126,36 @@ struct JSONWriter::Members {
 JSONWriter::JSONWriter() = default;
 JSONWriter::~JSONWriter() = default;
 
-std::string JSONWriter::write(const Layout& layout) {
+void JSONWriter::write(const Layout& layout, base::Sink& sink) {
   rapidjson::StringBuffer buffer;
   Output out(buffer);
+  spillBuffer_ = &buffer;
+  sink_ = &sink;
+  struct Reset {
+    JSONWriter& writer;
+    ~Reset() { writer.spillBuffer_ = nullptr, writer.sink_ = nullptr; }
+  } reset{*this};
   out.StartObject();
   if (Node* root = layout.root()) {
     key(out, K::kRoot);
     writeNode(*root, out);
   }
   out.EndObject();
-  return std::string(buffer.GetString(), buffer.GetSize());
+  sink.write(buffer.GetString(), buffer.GetSize());
+}
+
+std::string JSONWriter::write(const Layout& layout) {
+  base::StringSink sink;
+  write(layout, sink);
+  return std::move(sink.text());
+}
+
+void JSONWriter::spill() {
+  // Large enough that the sink sees few calls, small enough to cost nothing beside a layout.
+  constexpr std::size_t kSpillSize = 1 << 16;
+  if (sink_ == nullptr || spillBuffer_->GetSize() < kSpillSize) return;
+  sink_->write(spillBuffer_->GetString(), spillBuffer_->GetSize());
+  spillBuffer_->Clear();
 }
 
 std::string JSONWriter::writeNode(Node& node) {
@@ -308,17 +328,20 @@ void JSONWriter::emit(Members& m) {
   if (m.writeChildren && node.childCount() > 0) {
     key(out, K::kChildren);
     out.StartArray();
+    spill();
     NodeVisitor::visit(node);  // leave() closes the array and the object
     return;
   }
   close(m);
   open_.pop_back();
+  spill();
 }
 
 void JSONWriter::leave(Node&) {
   out_->EndArray();
   close(open_.back());
   open_.pop_back();
+  spill();
 }
 
 void JSONWriter::close(const Members& m) {

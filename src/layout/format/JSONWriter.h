@@ -1,6 +1,7 @@
 // JSONWriter.h - writes layout trees as JSON layout documents.
 #pragma once
 
+#include "base/Sink.h"
 #include "layout/NodeVisitor.h"
 
 #include <rapidjson/stringbuffer.h>
@@ -31,7 +32,9 @@ public:
   JSONWriter();
   ~JSONWriter() override;
 
-  // The whole document, {"root": ...}, as UTF-8 text; {} for a layout without root.
+  // The whole document, {"root": ...}, as UTF-8 text; {} for a layout without root. Into a
+  // sink it is handed over in pieces as it is written, so a large layout never exists twice.
+  void write(const Layout& layout, base::Sink& sink);
   std::string write(const Layout& layout);
   // One node object with its subtree, as text.
   std::string writeNode(Node& node);
@@ -62,8 +65,12 @@ private:
   void emit(Members& members);
   void close(const Members& members);
   void writeAttributes(const Members& members);
+  // Hands what is written so far to the sink of write(layout, sink), once it is worth a call.
+  void spill();
 
   Output* out_ = nullptr;
+  rapidjson::StringBuffer* spillBuffer_ = nullptr;
+  base::Sink* sink_ = nullptr;
   // The nodes being written, outermost first. A deque, so that the members stay where they
   // were built while inner nodes come and go.
   std::deque<Members> open_;
