@@ -149,6 +149,45 @@ TEST(WordRecognizerJobTest, MarksCheckedAndRejectedWordsOfALayout) {
   EXPECT_NE(out.find(R"({"height":9,"left":20,"text":"4711")"), std::string::npos);
 }
 
+TEST(WordRecognizerJobTest, TextInputsAreReadInTheirEncoding) {
+  // "Grüßen Haus" in four encodings; each must give the German report of the UTF-8 text.
+  struct Case {
+    const char* format;
+    std::string bytes;
+  };
+  const Case cases[] = {{"auto", "Gr\xC3\xBC\xC3\x9F" "en Haus"},
+                        {"auto", "Gr\xFC\xDF" "en Haus"},  // not UTF-8: Windows-1252
+                        {"auto", std::string("\xFF\xFEG\0r\0\xFC\0\xDF\0e\0n\0 \0H\0a\0u\0s\0", 24)},
+                        {"latin1", "Gr\xFC\xDF" "en Haus"}};
+  std::string expected;
+  for (const Case& c : cases) {
+    TempDir dir;
+    dir.write("in.txt", c.bytes);
+    Job job;
+    onFixture(job, "d;" + (dir / "in.txt").string());
+    job.set("WordRecognizer.InputFormat", c.format);
+    job.set("WordRecognizer.Options", "FormatJSON");
+    const std::string result = resultOf(job);
+    EXPECT_NE(result.find(R"("MainWordFrequency":{"Grüßen":1,"Haus":1})"), std::string::npos) << result;
+    if (expected.empty()) expected = result;
+    EXPECT_EQ(result, expected) << c.format;
+  }
+  TempDir dir;
+  const struct {
+    const char* format;
+    std::string bytes, error;
+  } bad[] = {{"utf16le", "abc", " is not UTF-16: odd number of bytes"},
+             {"utf8", "Gr\xFC\xDF" "en", " is not valid UTF-8 at byte 2"}};
+  for (const auto& c : bad) {
+    const std::string file = dir.write(std::string(c.format) + ".txt", c.bytes).string();
+    Job job;
+    onFixture(job, file);
+    job.set("WordRecognizer.InputFormat", c.format);
+    EXPECT_EQ(job.execute(), 20020u) << c.format;
+    EXPECT_EQ(errorOf(job), "WordRecognizer: " + file + c.error);
+  }
+}
+
 // Real prose against OCR debris, with Debian's dictionaries and the shipped data.
 TEST(WordRecognizerJobTest, CleanProseIsAcceptedAndGarbageIsNot) {
   if (!std::filesystem::exists("/usr/share/hunspell/de_DE.dic") ||
