@@ -1,6 +1,7 @@
 // WordRecognizerJobTest.cpp - the word recognizer through the C interface: reports against
 // golden files, option and resource errors, languages, layout marks and real samples.
 #include "base/FileIo.h"
+#include "base/platform/platform.h"
 #include "support/JobApi.h"
 #include "support/TempDir.h"
 
@@ -85,9 +86,12 @@ TEST(WordRecognizerJobTest, WritesReportAndWordListFiles) {
 }
 
 TEST(WordRecognizerJobTest, BadOptionsAndResourcesNameWhatIsWrong) {
-  TempDir broken;
+  TempDir broken, badLists;
   broken.write("de_DE.aff", "SET UTF-8\n");
   broken.write("de_DE.dic", "Haus\nBaum\n");
+  badLists.write("de_DE.aff", "SET UTF-8\n");
+  badLists.write("de_DE.dic", "1\nHaus\n");
+  badLists.write("deu.stop", "der\ndi\xE9\n");
   struct Case {
     std::string name, value, error;
   };
@@ -104,6 +108,8 @@ TEST(WordRecognizerJobTest, BadOptionsAndResourcesNameWhatIsWrong) {
       {"DictionaryWorkSpace", broken.path().string(),
        "WordRecognizer: dictionary '" + (broken / "de_DE.dic").string() +
            "' is broken: its first line is not the word count"},
+      {"DictionaryWorkSpace", badLists.path().string(),
+       (badLists / "deu.stop").string() + ": line 2 is not valid UTF-8"},
   };
   for (const Case& c : cases) {
     Job job;
@@ -187,6 +193,18 @@ TEST(WordRecognizerJobTest, TextInputsAreReadInTheirEncoding) {
     EXPECT_EQ(job.execute(), 20020u) << c.format;
     EXPECT_EQ(errorOf(job), "WordRecognizer: " + file + c.error);
   }
+}
+
+TEST(WordRecognizerJobTest, LoadsDictionariesFromAFolderWithUmlauts) {
+  TempDir dir;
+  const std::filesystem::path folder = dir.path() / std::filesystem::path(u"W\u00F6rterb\u00FCcher");
+  std::filesystem::create_directories(folder);
+  for (const char* file : {"de_DE.aff", "de_DE.dic"}) std::filesystem::copy(kFixture / file, folder / file);
+  Job job;
+  onFixture(job);
+  job.set("WordRecognizer.DictionaryWorkSpace", qent::base::platform::pathToUtf8(folder));
+  job.set("WordRecognizer.StatisticsOutputFormat", "json");
+  EXPECT_NE(resultOf(job).find(R"("Haus":2)"), std::string::npos);
 }
 
 // On random texts the page statistics add up to the document's, and every garbage range is
