@@ -40,8 +40,9 @@ const KnownLanguage* find(std::string_view iso3) {
 
 std::string normaliseLanguage(std::string_view code) {
   std::string lower = base::toLowerAscii(code);
-  // A region or script after the language ("de-DE", "de_AT") says nothing about words.
-  const std::size_t cut = lower.find_first_of("-_");
+  // A region or script after the language ("de-DE", "de_AT") says nothing about words; an
+  // OCR engine that ran several models names them joined by "+", the main one first.
+  const std::size_t cut = lower.find_first_of("-_+");
   if (cut != std::string::npos) lower.resize(cut);
   for (const KnownLanguage& language : kLanguages) {
     if (lower == language.iso3 || lower == language.iso1 ||

@@ -10,7 +10,7 @@ namespace qent::text::wordrecognizer {
 
 inline constexpr std::string_view kDefaultLanguage = "deu";
 
-// "de", "de-DE", "de_AT", "ger", "German", "DEU" -> "deu"; an unknown code is returned
+// "de", "de-DE", "de_AT", "ger", "German", "DEU", "deu+eng" -> "deu"; an unknown code is returned
 // lower-cased as it is, so its resources are still looked up under that name; an empty
 // code gives the empty string.
 std::string normaliseLanguage(std::string_view code);

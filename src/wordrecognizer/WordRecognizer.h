@@ -14,7 +14,6 @@
 #include "wordrecognizer/TokenPage.h"
 
 #include <map>
-#include <optional>
 #include <string>
 #include <vector>
 
