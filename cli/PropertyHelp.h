@@ -31,13 +31,18 @@ inline constexpr PropertyHelp kProperties[] = {
     {"ExtractFromLayout", "boolean", "false", "compare extracted pages with a reference (CompareErrorRate) [not built yet: fails with 20020]"},
     {"CheckMask", "boolean", "false", "evaluate region templates (CheckMask.Regions) [not built yet: fails with 20020]"},
     {"EntityExtraction", "boolean", "false", "extract sensitive entities [not built yet: fails with 20020]"},
-    {"WordRecognizer", "boolean", "false", "judge text quality with dictionaries [not built yet: fails with 20020]"},
+    {"WordRecognizer", "boolean", "false", "judge text quality with dictionaries (WordRecognizer.Result)"},
+    {"WordRecognizer.DictionaryWorkSpace", "string", "unset", "folder of the Hunspell dictionaries (else WorkSpace, data, /usr/share/hunspell)"},
+    {"WordRecognizer.Options", "string", "empty", "ALL, FormatCsv, FormatJSON, Language=<code>, DigramTable=<file>, NoMarkWords, NoDehyphenate"},
+    {"WordRecognizer.StatisticsOutputFormat", "string", "text", "text, csv, json"},
+    {"WordRecognizer.StatisticsPerPage", "boolean", "false", "report every page too"},
+    {"WordRecognizer.StatisticsFilename", "string", "unset", "file that receives the report"},
     {"BestOfLayout", "boolean", "false", "merge all inputs into a best-of layout [not built yet: fails with 20020]"},
     {"AddressRecognition", "boolean", "false", "recognise address blocks instead of writing output [not built yet: fails with 20020]"},
     {"TraceFilename", "string", "unset", "write a diagnostic trace to this file"},
 };
 
 // Results that --get can print; the others belong to operations not built yet.
-inline constexpr const char* kResults[] = {"Compare.Result", "TransformLayout"};
+inline constexpr const char* kResults[] = {"Compare.Result", "WordRecognizer.Result", "TransformLayout"};
 
 }  // namespace ormida::cli

@@ -50,7 +50,7 @@ std::string helpFooter() {
   std::ostringstream out;
   out << "\nProperties (NAME=VALUE, set in order, later wins; booleans: empty, 0, false, no are false):\n";
   for (const auto& p : ormida::cli::kProperties) {
-    out << "  " << std::left << std::setw(36) << p.name << p.type << ", default " << p.fallback << "\n      " << p.meaning << "\n";
+    out << "  " << std::left << std::setw(40) << p.name << p.type << ", default " << p.fallback << "\n      " << p.meaning << "\n";
   }
   out << "\nResults for --get:";
   for (const char* name : ormida::cli::kResults) out << ' ' << name;

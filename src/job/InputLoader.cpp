@@ -60,6 +60,13 @@ std::pair<std::uint64_t, std::uint64_t> parseMemoryItem(const std::string& item,
   return {address, size};
 }
 
+// "d;letter.txt" arrives as the items "d" and "letter.txt": a single letter followed by
+// another item is the text code of the documents that item names, not a file.
+bool isTextCode(const std::u16string& item) {
+  return item.size() == 1 &&
+         ((item[0] >= u'a' && item[0] <= u'z') || (item[0] >= u'A' && item[0] <= u'Z'));
+}
+
 }  // namespace
 
 DocumentList InputLoader::loadMemory(const std::u16string& addresses) const {
@@ -108,14 +115,23 @@ std::vector<fs::path> InputLoader::expand(const std::u16string& item, bool patte
 
 DocumentList InputLoader::loadFiles(const std::u16string& items, bool alwaysPattern) const {
   DocumentList documents;
-  for (const std::u16string& item : splitItems(items)) {
+  const std::vector<std::u16string> split = splitItems(items);
+  char16_t textCode = 0;
+  for (std::size_t i = 0; i < split.size(); ++i) {
+    const std::u16string& item = split[i];
+    if (isTextCode(item) && i + 1 < split.size()) {
+      textCode = item.front();
+      continue;
+    }
     const bool pattern = alwaysPattern || item.find(u'*') != std::u16string::npos;
     for (const fs::path& file : expand(item, pattern)) {
       std::string bytes = base::readFile(file);
       const std::string name = base::platform::pathToUtf8(file);
       refuseEmpty(bytes, name);
       documents.push_back(readDocument(std::move(bytes), name, file));
+      documents.back()->setTextCode(textCode);
     }
+    textCode = 0;
   }
   if (documents.empty()) throw std::runtime_error("No document loaded");
   return documents;

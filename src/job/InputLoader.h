@@ -6,6 +6,8 @@
 //   resolved against the workspace; an InputFilename item containing "*" (and every
 //   InputFilenamePattern item) is a pattern over its directory, whose matching files are
 //   loaded in sorted order. An empty file or a pattern that matches nothing is an error.
+//   An item of one letter followed by another item ("d;brief.txt") is not a file: the
+//   letter is the text code of that item's documents (a file named "d" is "./d").
 #pragma once
 
 #include "layout/format/Document.h"

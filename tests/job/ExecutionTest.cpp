@@ -223,7 +223,6 @@ TEST(ExecutionTest, MissingOperationsFailWithTheirNames) {
   const std::pair<const char*, const char*> switches[] = {
       {"EntityExtraction", "Entity extraction (EntityExtraction)"},
       {"CheckMask", "Region template evaluation (CheckMask)"},
-      {"WordRecognizer", "Word recognition (WordRecognizer)"},
       {"AddressRecognition", "Address recognition (AddressRecognition)"}};
   for (const auto& [property, operation] : switches) {
     Job job;

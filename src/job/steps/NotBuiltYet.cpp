@@ -19,7 +19,6 @@ constexpr Unbuilt kNotBuiltYet[] = {
     {kEntityExtraction, "Entity extraction (EntityExtraction)"},
     {kExtractFromLayout, "Extraction comparison (ExtractFromLayout)"},
     {kCheckMask, "Region template evaluation (CheckMask)"},
-    {kWordRecognizer, "Word recognition (WordRecognizer)"},
     {kBestOfLayout, "Best-Of merge (BestOfLayout)"},
     {kAddressRecognition, "Address recognition (AddressRecognition)"},
 };

@@ -31,12 +31,17 @@ public:
   std::unique_ptr<layout::Layout> takeLayout() { return std::move(layout_); }
   const std::string& text() const { return text_; }
   const std::filesystem::path& file() const { return file_; }
+  // The letter a caller put before a text input ("d" in "d;letter.txt"), telling the
+  // operations that read text its language; 0 when none was given.
+  char16_t textCode() const { return textCode_; }
+  void setTextCode(char16_t code) { textCode_ = code; }
 
 private:
   std::string name_;
   std::unique_ptr<layout::Layout> layout_;
   std::string text_;
   std::filesystem::path file_;
+  char16_t textCode_ = 0;
 };
 
 }  // namespace qent::text::layout::format
