@@ -33,60 +33,45 @@ std::string deepCopy(const std::string& tree) {
   return copy ? dump(*copy) : "none";
 }
 
-struct CopyCase {
-  const char* tree;
-  const char* copy;
-};
-
-class ShallowCopierTest : public ::testing::TestWithParam<CopyCase> {};
-
-TEST_P(ShallowCopierTest, CopiesOwnFieldsOfSupportedClassesOnly) {
-  EXPECT_EQ(shallowCopy(GetParam().tree), GetParam().copy);
+TEST(ShallowCopierTest, CopiesOwnFieldsOfSupportedClassesOnly) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"Glyph#g[1,2,3,4]\"a\"(conf=50,color=\"1 2 3\",@k=v){Glyph}",
+       "Glyph#g[1,2,3,4]\"a\"(conf=50,color=\"1 2 3\",@k=v)"},
+      {"Word[1,1,1,1]\"w\"(conf=9,size=12,family=F,style=2,weight=3,sens=0.5,angle=90,"
+       "entity=PER,poly=\"1 2;3 4\",base=\"1 2\",bg=\"unset 4 5 6\",checked=1,rejected=2,"
+       "&aux=1){Glyph\"w\"}",
+       "Word[1,1,1,1]\"w\"(conf=9,size=12,family=F,style=2,weight=3,sens=0.5,angle=90,"
+       "entity=PER,poly=\"1 2;3 4\",base=\"1 2\",bg=\"unset 4 5 6\",checked=1,rejected=2,"
+       "&aux=1)"},
+      {"Line(asc=1,desc=2,gh=3){Word}", "Line(asc=1,desc=2,gh=3)"},
+      {"Box:my_area{Line}", "Box:my_area"},
+      {"Box:ocrx_box(kind=22)", "Box:ocrx_box(kind=22)"},
+      {"Page(w=1,h=2,lang=en,index=3,angle=4,pfloat=5,pnum=6){Line}",
+       "Page(w=1,h=2,lang=en,index=3,angle=4,pfloat=5,pnum=6)"},
+      {"Image#i\"a.png\"", "Image#i\"a.png\""},
+      {"Content:node\"t\"(@a=b){Page}", "Content:node\"t\"(@a=b)"},
+      // The unsupported classes leave the copy of the last supported node reached.
+      {"Picture(src=s)", "none"},
+      {"Fragment", "none"},
+      // Supported classes do not descend, so "c" below "b" is never reached.
+      {"Field{Word\"a\",Picture{Glyph\"b\"{Glyph\"c\"}},Field}", "Glyph\"b\""}};
+  for (const auto& [tree, copy] : cases) EXPECT_EQ(shallowCopy(tree), copy) << tree;
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Classes, ShallowCopierTest,
-    ::testing::Values(
-        CopyCase{"Glyph#g[1,2,3,4]\"a\"(conf=50,color=\"1 2 3\",@k=v){Glyph}",
-                 "Glyph#g[1,2,3,4]\"a\"(conf=50,color=\"1 2 3\",@k=v)"},
-        CopyCase{"Word[1,1,1,1]\"w\"(conf=9,size=12,family=F,style=2,weight=3,sens=0.5,"
-                 "angle=90,entity=PER,poly=\"1 2;3 4\",base=\"1 2\",bg=\"unset 4 5 6\","
-                 "checked=1,rejected=2,&aux=1){Glyph\"w\"}",
-                 "Word[1,1,1,1]\"w\"(conf=9,size=12,family=F,style=2,weight=3,sens=0.5,"
-                 "angle=90,entity=PER,poly=\"1 2;3 4\",base=\"1 2\",bg=\"unset 4 5 6\","
-                 "checked=1,rejected=2,&aux=1)"},
-        CopyCase{"Line(asc=1,desc=2,gh=3){Word}", "Line(asc=1,desc=2,gh=3)"},
-        CopyCase{"Box:my_area{Line}", "Box:my_area"},
-        CopyCase{"Box:ocrx_box(kind=22)", "Box:ocrx_box(kind=22)"},
-        CopyCase{"Page(w=1,h=2,lang=en,index=3,angle=4,pfloat=5,pnum=6){Line}",
-                 "Page(w=1,h=2,lang=en,index=3,angle=4,pfloat=5,pnum=6)"},
-        CopyCase{"Image#i\"a.png\"", "Image#i\"a.png\""},
-        CopyCase{"Content:node\"t\"(@a=b){Page}", "Content:node\"t\"(@a=b)"},
-        // The unsupported classes leave the copy of the last supported node reached.
-        CopyCase{"Picture(src=s)", "none"}, CopyCase{"Field", "none"},
-        CopyCase{"Fragment", "none"}, CopyCase{"Node", "none"},
-        // Supported classes do not descend, so "c" below "b" is never reached.
-        CopyCase{"Field{Word\"a\",Picture{Glyph\"b\"{Glyph\"c\"}},Field}", "Glyph\"b\""}));
-
-class DeepCopierTest : public ::testing::TestWithParam<CopyCase> {};
-
-TEST_P(DeepCopierTest, CopiesTheSubtreeWithoutTheUnsupportedClasses) {
-  EXPECT_EQ(deepCopy(GetParam().tree), GetParam().copy);
+TEST(DeepCopierTest, CopiesTheSubtreeWithoutTheUnsupportedClasses) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"Page(w=5){Line[0,0,9,9]{Word\"ab\"(conf=1){Glyph\"a\",Glyph\"b\"},Word\"c\"},"
+       "Box:ocrx_table{Line}}",
+       "Page(w=5){Line[0,0,9,9]{Word\"ab\"(conf=1){Glyph\"a\",Glyph\"b\"},Word\"c\"},"
+       "Box:ocrx_table{Line}}"},
+      // Without a supported descendant an unsupported node drops out with its subtree...
+      {"Content:node{Image\"i\",Page{Picture,Field{Field},Word\"kept\"},Node}",
+       "Content:node{Image\"i\",Page{Word\"kept\"}}"},
+      // ...with one, that descendant's copy stands in and receives the node's children.
+      {"Page{Picture{Word\"w\"{Glyph\"g\"}}}", "Page{Word\"w\"{Word\"w\"{Glyph\"g\"}}}"},
+      {"Picture", "none"}};
+  for (const auto& [tree, copy] : cases) EXPECT_EQ(deepCopy(tree), copy) << tree;
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Trees, DeepCopierTest,
-    ::testing::Values(
-        CopyCase{"Page(w=5){Line[0,0,9,9]{Word\"ab\"(conf=1){Glyph\"a\",Glyph\"b\"},Word\"c\"},"
-                 "Box:ocrx_table{Line}}",
-                 "Page(w=5){Line[0,0,9,9]{Word\"ab\"(conf=1){Glyph\"a\",Glyph\"b\"},Word\"c\"},"
-                 "Box:ocrx_table{Line}}"},
-        // Without a supported descendant an unsupported node drops out with its subtree...
-        CopyCase{"Content:node{Image\"i\",Page{Picture,Field{Field},Word\"kept\"},Node}",
-                 "Content:node{Image\"i\",Page{Word\"kept\"}}"},
-        // ...with one, that descendant's copy stands in and receives the node's children.
-        CopyCase{"Page{Picture{Word\"w\"{Glyph\"g\"}}}", "Page{Word\"w\"{Word\"w\"{Glyph\"g\"}}}"},
-        CopyCase{"Picture", "none"}));
 
 TEST(MoveSinglePageCopierTest, KeepsOnlyTheWantedPageAndMovesItsSubtree) {
   auto root = parseDump(
@@ -128,6 +113,8 @@ TEST(LayoutTest, SplitIntoPagesGivesOneLayoutPerPageAndEmptiesTheSource) {
   EXPECT_EQ(dump(*pages[1]), "Content:node{Page(index=1){Word\"b\"}}");
   EXPECT_EQ(dump(*pages[2]), "Content:node{Page(index=2){Box{Word\"c\"}}}");
   EXPECT_EQ(dump(*layout), "Content:node{Page,Page(index=1),Page(index=2)}");
+  EXPECT_TRUE(parseLayout("Content:node{Word\"a\"}")->splitIntoPages().empty());
+  EXPECT_TRUE(Layout().splitIntoPages().empty());
 }
 
 TEST(LayoutTest, SplitOfNestedPagesMovesTheInnerPageWithTheOuterOne) {
@@ -138,11 +125,6 @@ TEST(LayoutTest, SplitOfNestedPagesMovesTheInnerPageWithTheOuterOne) {
   ASSERT_EQ(pages.size(), 2u);
   EXPECT_EQ(dump(*pages[0]), "Content:node{Page{Word\"a\",Page{Word\"b\"}}}");
   EXPECT_EQ(dump(*pages[1]), "Content:node");
-}
-
-TEST(LayoutTest, SplitWithoutPagesOrRootGivesNothing) {
-  EXPECT_TRUE(parseLayout("Content:node{Word\"a\"}")->splitIntoPages().empty());
-  EXPECT_TRUE(Layout().splitIntoPages().empty());
 }
 
 }  // namespace

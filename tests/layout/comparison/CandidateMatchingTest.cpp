@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <ostream>
 #include <random>
 
 namespace qent::text::layout::comparison {
@@ -49,56 +48,6 @@ MatchRect rect(std::int64_t left, std::int64_t top, std::int64_t width, std::int
   return {left, top, left + width, top + height};
 }
 
-struct MatchCase {
-  const char* name;
-  std::vector<MatchRect> left;
-  std::vector<MatchRect> right;
-  Lists leftToRight;
-  Lists rightToLeft;
-};
-
-void PrintTo(const MatchCase& c, std::ostream* out) { *out << c.name; }
-
-class CandidateCaseTest : public ::testing::TestWithParam<MatchCase> {};
-
-TEST_P(CandidateCaseTest, FindsTheBestOverlaps) {
-  const MatchCase& c = GetParam();
-  const CandidateLists got = findCandidates(c.left, c.right);
-  EXPECT_EQ(got.leftToRight, c.leftToRight) << c.name;
-  EXPECT_EQ(got.rightToLeft, c.rightToLeft) << c.name;
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Pages, CandidateCaseTest,
-    ::testing::Values(
-        MatchCase{"identical", {rect(0, 0, 10, 10)}, {rect(0, 0, 10, 10)}, {{0}}, {{0}}},
-        MatchCase{"touching edges overlap nothing",
-                  {rect(0, 0, 10, 10)},
-                  {rect(10, 0, 5, 10), rect(0, 10, 10, 5)},
-                  {{}},
-                  {{}, {}}},
-        MatchCase{"two equal halves are a tie, kept in order",
-                  {rect(0, 0, 20, 10)},
-                  {rect(10, 0, 10, 10), rect(0, 0, 10, 10)},
-                  {{0, 1}},
-                  {{0}, {0}}},
-        MatchCase{"the better overlap replaces the list",
-                  {rect(0, 0, 20, 10)},
-                  {rect(0, 0, 5, 10), rect(0, 0, 15, 10)},
-                  {{1}},
-                  {{0}, {0}}},
-        MatchCase{"a right word split in two by the OCR",
-                  {rect(0, 0, 9, 10), rect(11, 0, 9, 10)},
-                  {rect(0, 0, 20, 10)},
-                  {{0}, {0}},
-                  {{0, 1}}},
-        MatchCase{"a right rectangle without area",
-                  {rect(0, 0, 10, 10)},
-                  {rect(5, 0, 0, 10)},
-                  {{}},
-                  {{}}}),
-    [](const auto& param) { return "Case" + std::to_string(param.index); });
-
 // Random pages on a coarse grid, so that equal rectangles, equal overlaps (ties) and
 // rectangles touching at an edge are all frequent; some rectangles are tall or wide so the
 // sweep holds many at once.
@@ -119,26 +68,16 @@ TEST(CandidateMatchingTest, SweepGivesTheListsOfTheAllPairsLoop) {
   std::mt19937_64 random(99);
   for (int round = 0; round < 3000; ++round) {
     const int grid = 2 + static_cast<int>(random() % 30);
-    const auto left = randomPage(random, random() % 80, grid);
-    const auto right = randomPage(random, random() % 80, grid);
-    const CandidateLists want = allPairs(left, right);
-    const CandidateLists got = findCandidates(left, right);
-    ASSERT_EQ(got.leftToRight, want.leftToRight) << "round " << round;
-    ASSERT_EQ(got.rightToLeft, want.rightToLeft) << "round " << round;
-  }
-}
-
-TEST(CandidateMatchingTest, RowsFarApartKeepTheirOrder) {
-  // Transformed coordinates may span more than 32 bits of rows.
-  std::mt19937_64 random(5);
-  for (int round = 0; round < 200; ++round) {
-    auto left = randomPage(random, 40, 6);
-    auto right = randomPage(random, 40, 6);
-    for (auto* page : {&left, &right}) {
-      for (MatchRect& r : *page) {
-        if (r.top >= 30) {
-          r.top += 6000000000LL;
-          r.bottom += 6000000000LL;
+    auto left = randomPage(random, random() % 80, grid);
+    auto right = randomPage(random, random() % 80, grid);
+    if (round % 10 == 0) {
+      // Transformed coordinates may span more than 32 bits of rows.
+      for (auto* page : {&left, &right}) {
+        for (MatchRect& r : *page) {
+          if (r.top >= 30) {
+            r.top += 6000000000LL;
+            r.bottom += 6000000000LL;
+          }
         }
       }
     }

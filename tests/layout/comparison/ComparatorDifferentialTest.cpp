@@ -6,7 +6,6 @@
 #include "layout/Nodes.h"
 #include "layout/comparison/Comparator.h"
 #include "layout/comparison/LayoutComparison.h"
-#include "support/LayoutBuilders.h"
 
 #include <gtest/gtest.h>
 
@@ -219,14 +218,19 @@ private:
 
 // The tree of a document: each page's words directly below the page, in order.
 std::unique_ptr<Layout> build(const std::vector<RefPage>& pages, std::vector<std::vector<Word*>>& words) {
-  auto rootNode = root();
+  auto rootNode = std::make_unique<Content>();
   words.clear();
   for (const RefPage& refPage : pages) {
-    Page& pageNode = rootNode->appendChild(page());
+    Page& pageNode = rootNode->appendChild(std::make_unique<Page>());
     words.emplace_back();
-    for (const RefWord& w : refPage) words.back().push_back(&pageNode.appendChild(word(w.text, w.rect)));
+    for (const RefWord& w : refPage) {
+      Word& word = pageNode.appendChild(std::make_unique<Word>());
+      word.setText(w.text);
+      word.setRect(w.rect);
+      words.back().push_back(&word);
+    }
   }
-  return layoutOf(std::move(rootNode));
+  return std::make_unique<Layout>(std::move(rootNode));
 }
 
 TEST(ComparatorDifferentialTest, AgreesWithTheSimpleReference) {

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <random>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace qent::text::layout::comparison {
@@ -29,36 +30,20 @@ std::size_t referenceDistance(std::u16string_view a, std::u16string_view b) {
   return row[a.size()];
 }
 
-struct DistanceCase {
-  std::u16string a;
-  std::u16string b;
-  std::size_t want;
-};
-
-class EditDistanceCaseTest : public ::testing::TestWithParam<DistanceCase> {};
-
-TEST_P(EditDistanceCaseTest, GivesTheLevenshteinDistanceBothWays) {
-  EXPECT_EQ(editDistance(GetParam().a, GetParam().b), GetParam().want);
-  EXPECT_EQ(editDistance(GetParam().b, GetParam().a), GetParam().want);
+// A few known distances keep the reference honest; the random pairs below do the rest.
+TEST(EditDistanceTest, KnownDistancesBothWays) {
+  const std::tuple<std::u16string, std::u16string, std::size_t> cases[] = {
+      {u"", u"abc", 3}, {u"kitten", u"sitting", 3}, {u"flaw", u"lawn", 2},
+      // An astral letter is two code units; precomposed and decomposed forms differ.
+      {u"a\U0001D400b", u"axyb", 2}, {u"\u00E9", u"e\u0301", 2},
+      // Long texts cross the 64-unit block boundary.
+      {std::u16string(65, u'x') + u"y" + std::u16string(64, u'x'), std::u16string(130, u'x'), 1}};
+  for (const auto& [a, b, want] : cases) {
+    EXPECT_EQ(referenceDistance(a, b), want);
+    EXPECT_EQ(editDistance(a, b), want);
+    EXPECT_EQ(editDistance(b, a), want);
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Known, EditDistanceCaseTest,
-    ::testing::Values(DistanceCase{u"", u"", 0}, DistanceCase{u"", u"abc", 3},
-                      DistanceCase{u"abc", u"abc", 0}, DistanceCase{u"abc", u"abd", 1},
-                      DistanceCase{u"ab", u"abcd", 2}, DistanceCase{u"kitten", u"sitting", 3},
-                      DistanceCase{u"abc", u"ABC", 3},  // no case folding
-                      DistanceCase{u"flaw", u"lawn", 2},
-                      // An astral letter is two code units; replacing it costs two.
-                      DistanceCase{u"a\U0001D400b", u"axyb", 2},
-                      DistanceCase{u"\U0001D400", u"\U0001D401", 1},  // same high surrogate
-                      // Precomposed and decomposed forms differ: no normalisation.
-                      DistanceCase{u"\u00E9", u"e\u0301", 2},
-                      // Long texts cross the 64-unit block boundary.
-                      DistanceCase{std::u16string(100, u'a'), std::u16string(130, u'a'), 30},
-                      DistanceCase{std::u16string(65, u'x') + u"y" + std::u16string(64, u'x'),
-                                   std::u16string(130, u'x'), 1},
-                      DistanceCase{std::u16string(200, u'a'), std::u16string(200, u'b'), 200}));
 
 // Random texts over an alphabet small enough to make many matches, with Latin letters,
 // an umlaut, a private-use unit, and astral characters (surrogate pairs).
@@ -126,20 +111,6 @@ TEST(EditDistanceTest, MatchesTheDynamicProgrammeOnRandomPairs) {
                     << ", distance " << got << " instead of " << want;
       return;
     }
-  }
-}
-
-TEST(EditDistanceTest, IsAMetricOnRandomTriples) {
-  TextSource source(7);
-  for (int round = 0; round < 3000; ++round) {
-    const std::u16string a = source.text(source.length());
-    const std::u16string b = source.damage(a);
-    const std::u16string c = source.damage(b);
-    const std::size_t ab = editDistance(a, b);
-    EXPECT_EQ(ab == 0, a == b);
-    EXPECT_EQ(ab, editDistance(b, a));
-    EXPECT_LE(editDistance(a, c), ab + editDistance(b, c));
-    EXPECT_GE(ab, std::max(a.size(), b.size()) - std::min(a.size(), b.size()));
   }
 }
 

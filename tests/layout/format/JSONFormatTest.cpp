@@ -1,0 +1,513 @@
+// JSONFormatTest.cpp - the JSON layout format: what the reader builds and refuses, what the
+// writer emits, golden documents, random round trips and the JSON conformance suite.
+#include "layout/format/JSONReader.h"
+#include "layout/format/JSONWriter.h"
+
+#include "base/QentException.h"
+#include "layout/Layout.h"
+#include "layout/LayoutLimits.h"
+#include "layout/Nodes.h"
+#include "support/GermanLocale.h"
+#include "support/Golden.h"
+#include "support/LayoutDump.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <filesystem>
+#include <functional>
+#include <limits>
+#include <random>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace qent::test {
+namespace {
+
+using namespace qent::text::layout;
+using qent::text::layout::format::JSONReader;
+using qent::text::layout::format::JSONWriter;
+
+std::string readRoot(const std::string& rootObject) {
+  return dump(*JSONReader().read("{\"root\":" + rootObject + "}"));
+}
+std::string written(const std::string& tree) { return JSONWriter().writeNode(*parseDump(tree)); }
+std::string roundTrip(const std::string& json) {
+  return JSONWriter().write(*JSONReader().read(json));
+}
+
+struct Case {
+  std::string input;
+  std::string expected;
+};
+
+// The golden document below carries every member once; these are the rules it cannot show.
+TEST(JSONReaderTest, BuildsTheTree) {
+  const Case cases[] = {
+      {R"({"type":"node","children":[{"type":"fragment","text":"f","left":1,"top":1,"width":1,"height":1},{"type":"ocrx_table","text":"t"},{"type":"Word"},{"type":""}]})",
+       "Content:node{Content:fragment\"f\",Content:ocrx_table\"t\",Content:Word,Content}"},
+      {R"({"type":"node","attributes":{"i":3,"f":1.5,"n":-0.25,"e":1e2,"big":12345678901234567890,"tiny":-1e-7,"s":"3","z":null,"a":1e-400,"b":-1e-5000}})",
+       "Content:node(@a=0.000000,@b=-0.000000,@big=12345678901234567890.000000,@e=100.000000,"
+       "@f=1.500000,@i=3.000000,@n=-0.250000,@s=3,@tiny=-0.000000)"},
+      {R"({"type":"page","attributes":{"baseline_coefficients":[1]},"children":[{"type":"line","attributes":{"baseline_coefficients":[0.5,-1],"k":"v"}}]})",
+       "Page{Line(base=\"0.5 -1\",@k=v)}"},
+      {R"({"type":"word","left":10.9,"top":-3.7,"width":0,"height":5,"font_style":"oblique","font_weight":"light","color_rgb":[1,2,3.9]})",
+       "Word[10,-3,0,5](style=3,weight=1,color=\"1 2 3\")"},
+      {R"({"type":"glyph","font_style":"bold","font_weight":"heavy","color_rgb":[1,2],"backgr_color_rgb":[1,2,3,4]})",
+       "Glyph"},
+      {R"({"type":"word","text":5,"left":"3","children":{"type":"glyph"},"attributes":[1],"confidence":null,"polygon":{},"id":true,"font_family":["x"]})",
+       "Word"},
+      {R"({"type":"glyph","text":"a","text":"b","type":"word","children":[{"type":"glyph"}],"children":[],"left":1,"left":"x"})",
+       "Word\"b\""},
+      {R"({"type":"page","foo":{"type":"word","children":[[[{"a":[]}]]]},"bar":[{"type":"x"}],"children":[{"type":"word","baz":null}]})",
+       "Page{Word}"},
+      {R"({"type":"line","attributes":{"max_ascenders":3,"max_descenders":"2","max_glyph_height":1.5},"max_descenders":7})",
+       "Line(asc=3,desc=7,gh=1.5,@max_descenders=2)"},
+      {R"({"type":"word","attributes":{"x_checked":1.0,"x_rejected":18446744073709549568,"x_sensibility":0.5,"x_entity":"LOC"}})",
+       "Word(sens=0.5,entity=LOC,checked=1,rejected=18446744073709549568)"},
+      {R"({"type":"word","x_checked":2,"x_rejected":3,"x_sensibility":0.25,"textangle":5})",
+       "Word(sens=0.25,angle=5,checked=2,rejected=3)"},
+      {R"({"type":"glyph","attributes":{"x_checked":1,"max_ascenders":2,"image_source":"s"}})",
+       "Glyph(@image_source=s,@max_ascenders=2.000000,@x_checked=1.000000)"},
+      {R"({"type":"ocrx_table","id":"t","text":"x","left":5,"confidence":9,"attributes":{"x_entity":"E"}})",
+       "Content#t:ocrx_table\"x\"(@x_entity=E)"},
+      {"{\"type\":\"word\",\"text\":\"\\\"\\u00e4\\ud83d\\ude00\xE2\x82\xAC\"}",
+       "Word\"\\\"\xC3\xA4\xF0\x9F\x98\x80\xE2\x82\xAC\""},
+      {R"({"type":"word","confidence":1e-400,"left":-1e-999})", "Word(conf=0)"}};
+  for (const Case& c : cases) EXPECT_EQ(readRoot(c.input), c.expected) << c.input;
+  EXPECT_EQ(dump(*JSONReader().read("\xEF\xBB\xBF \n{\"root\":{\"type\":\"node\"}}\r\n\t ")),
+            "Content:node");
+  EXPECT_EQ(dump(*JSONReader().read(R"({"x":1,"root":{"type":"a"},"y":[],"root":{"type":"b"}})")),
+            "Content:b")
+      << "the last root object wins";
+}
+
+TEST(JSONReaderTest, ReadsTheDeepestNestingAllowed) {
+  std::string json = "{\"root\":";
+  for (std::size_t i = 1; i < kMaxLayoutDepth; ++i) json += R"({"type":"node","children":[)";
+  json += R"({"type":"word","text":"deep"})";
+  for (std::size_t i = 1; i < kMaxLayoutDepth; ++i) json += "]}";
+  auto layout = JSONReader().read(json + "}");
+  std::size_t depth = 0;
+  for (const Node* node = layout->root(); node != nullptr;
+       node = node->childCount() > 0 ? &node->child(0) : nullptr) {
+    ++depth;
+  }
+  EXPECT_EQ(depth, kMaxLayoutDepth);
+}
+
+std::string nested(const std::string& open, const std::string& close, std::size_t levels,
+                   const std::string& inner = "") {
+  std::string text;
+  for (std::size_t i = 0; i < levels; ++i) text += open;
+  text += inner;
+  for (std::size_t i = 0; i < levels; ++i) text += close;
+  return text;
+}
+
+// Code 0 stands for std::invalid_argument, which the C interface reports as undefined.
+TEST(JSONReaderTest, RefusesBadInputWithTheDocumentedError) {
+  const std::string notJson = "Failed to parse JSON layout";
+  const std::string fault = notJson + ": ";
+  const std::string noRoot = "Root node is not found", noType = "Type attribute is not found";
+  const std::string attribute = "Invalid Attribute Format. Only Number and String are supported.";
+  const std::string rectangle = "Width or Height of Rectangle must be > 0";
+  const std::string child = fault + "an element of \"children\" is not a node object";
+  const std::string point = fault + "a point of \"polygon\" is not an array of two numbers";
+  const std::string tooDeep = fault + "nodes nested deeper than 1000 levels";
+  const std::string valuesTooDeep = fault + "values nested deeper than 2064 levels";
+  const std::string deepNodes = nested(R"({"type":"node","children":[)", "]}", kMaxLayoutDepth,
+                                       R"({"type":"word"})");
+  struct Bad {
+    std::string json;
+    unsigned code;
+    std::string message;
+  };
+  const Bad cases[] = {
+      {"", 20039, notJson},
+      {R"({"root":{"type":"page"})", 20039, notJson},
+      {"[]", 20039, notJson},
+      {"null", 20039, notJson},
+      {R"({"root":{"type":"node"}} x)", 20039, notJson},
+      {std::string("{\"root\":{\"type\":\"node\"}}\0x", 27), 20039, notJson},
+      {std::string("{\"root\":{\"type\":\"no\0de\"}}", 25), 20039, notJson},
+      {"{\"root\":{\"type\":\"word\",\"text\":\"\xC3\x28\"}}", 20039, notJson},
+      {"{\"root\":{\"type\":\"word\",\"text\":\"\xC0\xAF\"}}", 20039, notJson},
+      {R"({"root":{"type":"word","text":"\udc00"}})", 20039, notJson},
+      {R"({"root":{"type":"word","attributes":{"\ud800x":"a"}}})", 20039, notJson},
+      {R"({"root":{"type":"node",}})", 20039, notJson},
+      {R"({"root":{"type":"node"}/*x*/})", 20039, notJson},
+      {R"({"root":{"type":"word","confidence":NaN}})", 20039, notJson},
+      // The parser takes no number beyond the range of a double, wherever it stands.
+      {R"({"root":{"type":"node","x":-1e400}})", 20039, notJson},
+      {"{\"root\":{\"type\":\"word\",\"top\":" + std::string(400, '9') + "}}", 20039, notJson},
+      {R"({"root":{"children":[]},"x":})", 20039, notJson},
+      {"{}", 20039, noRoot},
+      {R"({"root":"node"})", 20039, noRoot},
+      {R"({"root":{}})", 20039, noType},
+      {R"({"root":{"type":"node","type":5}})", 20039, noType},
+      {R"({"root":{"type":"node","children":[{"text":"a"}]}})", 20039, noType},
+      {R"({"root":{"type":"node","attributes":{"a":true}}})", 0, attribute},
+      {R"({"root":{"type":"node","attributes":{"a":{}}}})", 0, attribute},
+      {R"({"root":{"type":"line","attributes":{"baseline_coefficients":[1,"2"]}}})", 0,
+       attribute},
+      {R"({"root":{"type":"word","width":-1}})", 0, rectangle},
+      {R"({"root":{"type":"content_area","height":-2.5}})", 0, rectangle},
+      {R"({"root":{"type":"node","children":[{"type":"page"},5]}})", 20039, child},
+      {R"({"root":{"type":"node","children":[[]]}})", 20039, child},
+      {R"({"root":{"type":"line","polygon":[[1,2,3]]}})", 20039, point},
+      {R"({"root":{"type":"line","polygon":[1,2]}})", 20039, point},
+      {R"({"root":{"type":"line","baseline":[1,[2]]}})", 20039,
+       fault + "\"baseline\" holds a value that is not a number"},
+      {R"({"root":{"type":"word","color_rgb":[1,"2",3]}})", 20039,
+       fault + "a component of \"color_rgb\" is not a number"},
+      {R"({"root":{"type":"word","backgr_color_rgb":[1,256,3]}})", 20039,
+       fault + "the number 256 of \"backgr_color_rgb\" is out of range"},
+      {R"({"root":{"type":"word","left":2147483648}})", 20039,
+       fault + "the number 2147483648 of \"left\" is out of range"},
+      {R"({"root":{"type":"word","polygon":[[0,-3e9]]}})", 20039,
+       fault + "the number -3e+09 of \"polygon\" is out of range"},
+      {R"({"root":{"type":"page","width":-1}})", 20039,
+       fault + "the number -1 of \"width\" is out of range"},
+      {R"({"root":{"type":"word","x_checked":-1}})", 20039,
+       fault + "the number -1 of \"x_checked\" is out of range"},
+      // Just above the largest double: the parser lets it through, the conversion not.
+      {R"({"root":{"type":"word","confidence":1.8e308}})", 20039,
+       fault + "the number 1.8e308 of \"confidence\" is out of range"},
+      {"{\"root\":{\"type\":\"word\",\"font_size\":1.8" + std::string(60, '0') + "e308}}", 20039,
+       fault + "the number 1.8" + std::string(37, '0') + "... of \"font_size\" is out of range"},
+      {"{\"root\":" + deepNodes + "}", 20039, tooDeep},
+      {"{\"root\":" + nested(R"({"type":"node","children":[)", "]}", 100000) + "}", 20039,
+       tooDeep},
+      {R"({"root":{"type":"node","x":)" + nested("[", "]", 100000) + "}}", 20039, valuesTooDeep},
+      {std::string(100000, '['), 20039, notJson},
+      {nested("{\"a\":", "", 100000), 20039, valuesTooDeep}};
+  for (const Bad& c : cases) {
+    const std::string shown = c.json.substr(0, 80);
+    try {
+      JSONReader().read(c.json);
+      ADD_FAILURE() << "read without error: " << shown;
+    } catch (const base::QentException& e) {
+      EXPECT_EQ(e.code(), c.code) << shown;
+      EXPECT_EQ(e.what(), c.message) << shown;
+    } catch (const std::invalid_argument& e) {
+      EXPECT_EQ(0u, c.code) << shown;
+      EXPECT_EQ(e.what(), c.message) << shown;
+    }
+  }
+}
+
+TEST(JSONWriterTest, WritesTheConditionalMembers) {
+  const Case cases[] = {
+      {"Word\"a\"(conf=-1)", R"({"text":"a","type":"word"})"},
+      {"Word[0,0,0,5]", R"({"height":5,"left":0,"top":0,"type":"word","width":0})"},
+      {"Word\"ab\"{Glyph\"a\"(conf=80),Glyph\"b\"(conf=91),Glyph\"c\"}",
+       R"({"confidence":85.5,"text":"ab","type":"word"})"},
+      {"Word{Glyph\"g\",Content:x\"A\"{Content:y\"B\"},Content:z\"C\"}",
+       R"({"text":"ABC","type":"word"})"},
+      {"Glyph(style=4,weight=9,size=0)",
+       R"({"font_size":0.0,"font_style":"","font_weight":"","type":"glyph"})"},
+      {"Glyph(color=\"1 2 3\",bg=\"unset 4 5 6\")", R"({"color_rgb":[1,2,3],"type":"glyph"})"},
+      {"Word(sens=-1)", R"({"type":"word"})"},
+      {"Line(asc=3,@max_ascenders=old,@m=x)",
+       R"({"attributes":{"m":"x","max_ascenders":3.0},"type":"line"})"},
+      {"Box:my_area", R"({"type":"my_area"})"},
+      {"Word\"\\\"\\\\\\n\\x01\"", R"({"text":"\"\\\n\u0001","type":"word"})"},
+      {"Line(asc=1e+21,desc=1e-07,gh=0.1)",
+       R"({"attributes":{"max_ascenders":1e21,"max_descenders":1e-7,"max_glyph_height":0.1},"type":"line"})"},
+      // U+FF01 sorts before U+10000 in UTF-16 code units but after it in UTF-8 bytes.
+      {"Node(@\"\xEF\xBC\x81\"=a,@\"\xF0\x90\x80\x80\"=b)",
+       "{\"attributes\":{\"\xEF\xBC\x81\":\"a\",\"\xF0\x90\x80\x80\":\"b\"},\"type\":\"node\"}"}};
+  for (const Case& c : cases) EXPECT_EQ(written(c.input), c.expected) << c.input;
+  EXPECT_EQ(JSONWriter().write(Layout()), "{}");
+}
+
+TEST(JSONWriterTest, RefusesWhatJsonCannotHold) {
+  const double inf = std::numeric_limits<double>::infinity();
+  const std::pair<std::function<void(Line&)>, const char*> cases[] = {
+      {[](Line& l) { l.setText(std::u16string(1, u'\xD800')); }, "text"},
+      {[](Line& l) { l.setTextangle(std::nan("")); }, "textangle"},
+      {[&](Line& l) { l.setConfidence(inf); }, "confidence"},
+      {[](Line& l) { l.setXEntity("\xFF"); }, "x_entity"},
+      {[&](Line& l) { l.setMaxAscenders(-inf); }, "max_ascenders"}};
+  for (const auto& [spoil, member] : cases) {
+    Line line;
+    spoil(line);
+    try {
+      JSONWriter().writeNode(line);
+      ADD_FAILURE() << member << " written";
+    } catch (const std::invalid_argument& e) {
+      EXPECT_NE(std::string(e.what()).find("\"" + std::string(member) + "\""), std::string::npos)
+          << e.what();
+    }
+  }
+  Page page;
+  page.setLanguage("\xC3");
+  EXPECT_THROW(JSONWriter().writeNode(page), std::invalid_argument);
+}
+
+TEST(JSONFormatTest, NumbersIgnoreTheProcessLocale) {
+  ScopedGermanLocale german;
+  if (!german.active()) GTEST_SKIP() << "no German locale is installed";
+  EXPECT_EQ(written("Word(conf=85.5,size=10.25)"),
+            R"({"confidence":85.5,"font_size":10.25,"type":"word"})");
+  EXPECT_EQ(readRoot(R"({"type":"word","confidence":2.5,"attributes":{"n":3.25}})"),
+            "Word(conf=2.5,@n=3.250000)");
+}
+
+// Random trees over every class and field. A faithful tree leaves out what the format
+// deliberately does not carry back (boxes of kinds other than content areas, plain fragments,
+// font codes without a name), so its document must survive a round trip unchanged.
+class RandomTrees {
+public:
+  RandomTrees(unsigned seed, bool faithful) : random_(seed), faithful_(faithful) {}
+
+  std::unique_ptr<Layout> layout() {
+    auto top = std::make_unique<Content>();
+    top->setTypeName(u"node");
+    for (int i = pick(0, 3); i > 0; --i) top->appendChild(node(1));
+    return std::make_unique<Layout>(std::move(top));
+  }
+
+private:
+  std::mt19937 random_;
+  bool faithful_;
+
+  int pick(int low, int high) { return std::uniform_int_distribution<int>(low, high)(random_); }
+  bool maybe(int percent = 50) { return pick(1, 100) <= percent; }
+
+  std::u16string text(int maxLength = 6) {
+    static const std::u16string kPieces[] = {u"a", u"Z", u"7", u" ", u"\"", u"\\", u"/", u"\n",
+                                             u"\x01", u"\u00e4", u"\u20ac", u"\U0001F600",
+                                             u"\uFF01", u"\u00df", u"x_", u"."};
+    std::u16string out;
+    for (int i = pick(0, maxLength); i > 0; --i) out += kPieces[pick(0, 15)];
+    return out;
+  }
+  double number() {
+    switch (pick(0, 5)) {
+      case 0: return 0;
+      case 1: return pick(-100, 100);
+      case 2: return pick(-100, 100) / 4.0;
+      case 3: return std::uniform_real_distribution<double>(-1e6, 1e6)(random_);
+      case 4: return std::uniform_real_distribution<double>(0, 1)(random_) * 1e-12;
+      default: return pick(1, 9) * 1e20;
+    }
+  }
+  std::int32_t coordinate() {
+    return maybe(80) ? pick(-50, 5000)
+                     : (maybe() ? std::numeric_limits<std::int32_t>::max()
+                                : std::numeric_limits<std::int32_t>::min());
+  }
+
+  void common(Node& n) {
+    if (maybe(30)) n.setId(text(4));
+    const int attributes = maybe(60) ? 0 : pick(1, 4);
+    static const std::u16string kKeys[] = {u"x_entity", u"max_ascenders", u"x_checked",
+                                           u"image_source", u"baseline_coefficients",
+                                           u"conf", u"\u00e4", u"\U0001F600", u"\uFF01", u"k"};
+    for (int i = 0; i < attributes; ++i) n.setAttribute(kKeys[pick(0, 9)] + text(1), text());
+    if (maybe(10)) n.auxiliaryAttributes()[u"aux"] = u"not written";
+  }
+
+  template <class T>
+  std::unique_ptr<T> fragment() {
+    auto f = std::make_unique<T>();
+    if (maybe(70)) f->setText(text());
+    if (maybe(70)) {
+      f->setRect(Rect{coordinate(), coordinate(), maybe(90) ? pick(0, 900) : 0,
+                      maybe(90) ? pick(0, 90) : 0});
+    }
+    if (maybe(40)) f->setConfidence(maybe(20) ? 0 : std::abs(number()));
+    if (maybe(20)) f->setFontFamily(text());
+    if (maybe(20)) f->setFontSize(maybe() ? -0.0 : std::abs(number()));
+    const int lastCode = faithful_ ? 3 : 5;
+    if (maybe(20)) f->setFontStyle(static_cast<std::uint32_t>(pick(0, lastCode)));
+    if (maybe(20)) f->setFontWeight(static_cast<std::uint32_t>(pick(0, lastCode)));
+    if (maybe(20)) f->setTextangle(number());
+    if (maybe(20)) f->setXEntity(maybe() ? "PER" : "B-LOC I\xC3\xA4");
+    if (maybe(15)) {
+      std::vector<Point> points;
+      for (int i = pick(1, 4); i > 0; --i) points.push_back(Point{coordinate(), coordinate()});
+      f->setPolygon(points);
+    }
+    if (maybe(15)) {
+      std::vector<double> coefficients;
+      for (int i = pick(1, 3); i > 0; --i) coefficients.push_back(number());
+      f->setBaseline(coefficients);
+    }
+    auto rgb = [&] {
+      return Rgb{static_cast<std::uint8_t>(pick(0, 255)), static_cast<std::uint8_t>(pick(0, 255)),
+                 static_cast<std::uint8_t>(pick(0, 255))};
+    };
+    if (maybe(15)) f->setColor(rgb());
+    if (maybe(15)) f->setBackgroundColor(rgb());
+    if (maybe(10)) f->setHasColor(false);
+    return f;
+  }
+
+  std::unique_ptr<Node> node(int depth) {
+    static const std::u16string kContentNames[] = {u"ocrx_note", u"node", u"x y",
+                                                   u"\u00fcnicode", u"", u"ocrx_table"};
+    std::unique_ptr<Node> made;
+    int kind = pick(0, 10);
+    if (faithful_ && kind == 7) kind = 4;  // no plain fragment
+    switch (kind) {
+      case 0: {
+        auto p = std::make_unique<Page>();
+        if (maybe()) p->setWidth(static_cast<std::uint32_t>(pick(0, 5000)));
+        if (maybe()) p->setHeight(maybe(90) ? static_cast<std::uint32_t>(pick(0, 5000)) : 4294967295u);
+        if (maybe()) p->setLanguage(maybe() ? "de" : "\xC3\xA4");
+        if (maybe()) p->setIndexInLayout(static_cast<std::uint32_t>(pick(0, 9)));
+        if (maybe()) p->setTextangle(number());
+        if (maybe(10)) p->setAuxiliaryFloat(1);
+        made = std::move(p);
+        break;
+      }
+      case 1: {
+        auto i = std::make_unique<Image>();
+        i->setImage(text());
+        made = std::move(i);
+        break;
+      }
+      case 2: {
+        auto c = std::make_unique<Content>();
+        c->setTypeName(kContentNames[pick(0, 5)]);
+        c->setText(text());
+        made = std::move(c);
+        break;
+      }
+      case 3: {
+        auto b = fragment<Box>();
+        if (!faithful_ && maybe()) b->setBoxKind(static_cast<std::uint32_t>(pick(0, 30)));
+        made = std::move(b);
+        break;
+      }
+      case 4: {
+        auto l = fragment<Line>();
+        if (maybe(30)) l->setMaxAscenders(number());
+        if (maybe(30)) l->setMaxDescenders(number());
+        if (maybe(30)) l->setMaxGlyphHeight(number());
+        made = std::move(l);
+        break;
+      }
+      case 5: {
+        auto w = fragment<Word>();
+        if (maybe(20)) w->setXChecked(maybe() ? 1 : std::numeric_limits<std::uint64_t>::max());
+        if (maybe(20)) w->setXRejected(static_cast<std::uint64_t>(pick(0, 3)));
+        if (maybe(20)) w->setXSensibility(number());
+        for (int i = pick(0, 3); i > 0; --i) {
+          auto g = std::make_unique<Glyph>();
+          g->setText(text(1));
+          g->setConfidence(maybe() ? -1 : pick(0, 100));
+          w->appendChild(std::move(g));
+        }
+        return w;  // its glyphs are never written
+      }
+      case 6: made = fragment<Glyph>(); break;
+      case 7: made = fragment<Fragment>(); break;
+      case 8: made = fragment<Field>(); break;
+      case 9: {
+        auto p = fragment<Picture>();
+        if (maybe()) p->setImageSource(text());
+        made = std::move(p);
+        break;
+      }
+      default: made = std::make_unique<Node>(); break;
+    }
+    common(*made);
+    if (depth < 6) {
+      for (int i = pick(0, depth < 3 ? 4 : 2); i > 0; --i) made->appendChild(node(depth + 1));
+    }
+    return made;
+  }
+};
+
+TEST(JSONFormatTest, RandomTreesSurviveRoundTrips) {
+  for (unsigned seed = 1; seed <= 300; ++seed) {
+    auto faithful = RandomTrees(seed, true).layout();
+    const std::string json = JSONWriter().write(*faithful);
+    ASSERT_EQ(roundTrip(json), json) << "seed " << seed << "\n" << dump(*faithful);
+    // Whatever the writer drops, it drops in the first round trip.
+    auto any = RandomTrees(seed, false).layout();
+    const std::string once = roundTrip(JSONWriter().write(*any));
+    ASSERT_EQ(roundTrip(once), once) << "seed " << seed << "\n" << dump(*any);
+  }
+}
+
+// Every member the format knows, once.
+const char* const kAllMembers =
+    "Content#doc:node(@producer=test){Image\"page1.png\",Page#p1(w=2480,h=3508,lang=de,"
+    "index=0,angle=0.5){Box#b1[100,200,2000,300](conf=93,@x_entity=ignored){Line#l1[100,200,"
+    "900,40](asc=30,desc=8,gh=38,base=\"0.01 -2.5\",@style=\"heading 1\"){Word#w1[100,200,400,"
+    "40]\"Rechnung\"(size=12,family=\"DejaVu Serif\",style=1,weight=3,color=\"0 0 0\",bg=\"255 "
+    "255 255\",entity=B-MISC,checked=1,sens=0.75){Glyph\"R\"(conf=96)},Word#w2[520,200,480,"
+    "40]\"Nr.\xC3\xA4\"(conf=88.25,rejected=2,poly=\"520 200;1000 200;1000 240;520 240\"),Word{"
+    "Content:ocrx_cinfo\"17\"}}},Box:ocrx_table[100,600,2000,900]\"table\"{Field[120,620,300,"
+    "50]\"field\"},Picture#pic[100,1600,800,600](src=\"figure 1.png\",angle=90),Fragment[1,1,1,"
+    "1],Glyph[0,0,0,5]\"x\"(conf=0),Content:ocrx_note\"note\",Node#n}}";
+
+TEST(JSONFormatTest, GoldenDocumentOfEveryMember) {
+  expectGolden("json/all-members.json", JSONWriter().write(*parseLayout(kAllMembers)));
+  const std::string json = readTestData("json/all-members.json");
+  // The other box kind and the plain fragment come back as contents without geometry;
+  // containers take their glyphs' mean confidence; the rest comes back unchanged.
+  EXPECT_EQ(dump(*JSONReader().read(json)),
+            "Content#doc:node(@producer=test){Image\"page1.png\",Page#p1(w=2480,h=3508,lang=de,"
+            "angle=0.5){Box#b1[100,200,2000,300](conf=93,entity=ignored){Line#l1[100,200,900,40]("
+            "conf=96,base=\"0.01 -2.5\",asc=30,desc=8,gh=38,@style=\"heading 1\"){Word#w1[100,200,"
+            "400,40]\"Rechnung\"(conf=96,size=12,family=\"DejaVu Serif\",style=1,weight=3,sens=0.75,"
+            "entity=B-MISC,color=\"0 0 0\",bg=\"255 255 255\",checked=1),Word#w2[520,200,480,40]"
+            "\"Nr.\xC3\xA4\"(conf=88.25,poly=\"520 200;1000 200;1000 240;520 240\",rejected=2),Word"
+            "\"17\"}},Content:ocrx_table\"table\"{Field[120,620,300,50]\"field\"},Picture#pic[100,"
+            "1600,800,600](angle=90,src=\"figure 1.png\"),Content:fragment,Glyph[0,0,0,5]\"x\"("
+            "conf=0),Content:ocrx_note\"note\",Content#n:node}}");
+  const std::string once = roundTrip(json);
+  EXPECT_EQ(roundTrip(once), once);
+}
+
+// A document as a person or another tool might write it: blanks, members in any order,
+// numbers in attributes, members the reader does not know.
+TEST(JSONFormatTest, GoldenHandMadeDocument) {
+  auto layout = JSONReader().read(readTestData("json/hand-made.json"));
+  EXPECT_EQ(layout->format(), 4u);
+  EXPECT_EQ(dump(*layout),
+            "Content:node{Page(w=1000,h=1400,lang=en){Box[10,10,500,100]{Line[10,10,500,30](@"
+            "dpi=300.000000){Word[10,10,100,30]\"Hello\"(conf=91,@lang=en,@score=0.500000),Word["
+            "120,10,100,30]\"world\"(conf=80)}},Content:ocrx_table(@rows=3.000000)}}");
+  expectGolden("json/hand-made.written.json", JSONWriter().write(*layout));
+}
+
+// None of the conformance suite's documents is a layout: valid JSON with an object on top
+// lacks a root, everything else is not a layout document at all.
+TEST(JSONFormatTest, AnswersEveryDocumentOfTheConformanceSuite) {
+  int files = 0;
+  for (const auto& entry :
+       std::filesystem::directory_iterator(testData("third_party/json-test-suite"))) {
+    if (entry.path().extension() != ".json") continue;
+    ++files;
+    const std::string name = entry.path().filename().string();
+    const std::string json = readAll(entry.path());
+    std::string message = "read";
+    try {
+      JSONReader().read(json);
+    } catch (const std::exception& e) {
+      message = e.what();
+    }
+    const std::size_t first = json.find_first_not_of(" \t\r\n");
+    const bool object = first != std::string::npos && json[first] == '{';
+    if (name[0] == 'y') {
+      EXPECT_EQ(message, object ? "Root node is not found" : "Failed to parse JSON layout") << name;
+    } else if (name[0] == 'n') {
+      EXPECT_EQ(message, "Failed to parse JSON layout") << name;
+    } else {
+      EXPECT_TRUE(message == "Failed to parse JSON layout" || message == "Root node is not found")
+          << name << ": " << message;
+    }
+  }
+  EXPECT_GT(files, 300);
+}
+
+}  // namespace
+}  // namespace qent::test
