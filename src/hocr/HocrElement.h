@@ -2,6 +2,8 @@
 // style and further XML attributes, chosen so that the reader gives the node back.
 #pragma once
 
+#include "base/xml/XmlText.h"
+
 #include <exception>
 #include <string>
 #include <string_view>
@@ -17,6 +19,9 @@ class Fragment;
 }  // namespace qent::text::layout
 
 namespace qent::text::hocr {
+
+using base::xml::assignXmlText;
+using base::xml::xmlText;
 
 // Collects the properties of one element and writes them onto it.
 //
@@ -128,12 +133,5 @@ private:
   bool hasDirection_ = false;
 };
 
-// Text for XML: drops the characters XML 1.0 forbids (C0 controls other than tab, line feed
-// and carriage return; U+FFFE, U+FFFF) and turns unpaired surrogates into U+FFFD.
-std::string xmlText(std::u16string_view text);
-std::string xmlText(std::string_view utf8);
-// The same, into `out` (replacing its content, keeping its memory); true when characters
-// had to be dropped or replaced.
-bool assignXmlText(std::string& out, std::u16string_view text);
 
 }  // namespace qent::text::hocr
