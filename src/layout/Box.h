@@ -38,6 +38,7 @@ public:
 protected:
   Box(const Box&) = default;
   friend class ShallowCopier;
+  friend class FaithfulCopier;
 
 private:
   mutable std::u16string boxTypeName_;

@@ -22,6 +22,7 @@ public:
 protected:
   Content(const Content&) = default;
   friend class ShallowCopier;
+  friend class FaithfulCopier;
 
 private:
   std::u16string typeName_;

@@ -14,6 +14,7 @@ public:
 protected:
   Field(const Field&) = default;
   friend class ShallowCopier;
+  friend class FaithfulCopier;
 };
 
 }  // namespace qent::text::layout

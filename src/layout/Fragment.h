@@ -109,6 +109,7 @@ protected:
   explicit Fragment(NodeClass nodeClass) : Node(nodeClass) {}
   Fragment(const Fragment&) = default;
   friend class ShallowCopier;
+  friend class FaithfulCopier;
 
 private:
   std::u16string text_;

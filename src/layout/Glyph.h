@@ -14,6 +14,7 @@ public:
 protected:
   Glyph(const Glyph&) = default;
   friend class ShallowCopier;
+  friend class FaithfulCopier;
 };
 
 }  // namespace qent::text::layout

@@ -19,6 +19,7 @@ public:
 protected:
   Image(const Image&) = default;
   friend class ShallowCopier;
+  friend class FaithfulCopier;
 
 private:
   std::u16string image_;

@@ -22,6 +22,7 @@ public:
 protected:
   Line(const Line&) = default;
   friend class ShallowCopier;
+  friend class FaithfulCopier;
 
 private:
   double maxAscenders_ = 0;

@@ -12,6 +12,7 @@ namespace qent::text::layout {
 
 class NodeVisitor;
 class ShallowCopier;
+class FaithfulCopier;
 
 // The library class a node is, or derives from. Set by the constructors, so hot loops can
 // test a node's class without RTTI (see isA in NodeClass.h).
@@ -69,9 +70,9 @@ public:
 
 protected:
   explicit Node(NodeClass nodeClass) : nodeClass_(nodeClass) {}
-  // Copies the node's own fields, not its children: the one copy the library makes is the
-  // shallow copy, and ShallowCopier is the only place that asks for it.
+  // Copies the node's own fields, not its children: only the copiers ask for it.
   Node(const Node& other);
+  friend class FaithfulCopier;
 
 private:
   std::u16string id_;

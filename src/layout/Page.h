@@ -37,6 +37,7 @@ public:
 protected:
   Page(const Page&) = default;
   friend class ShallowCopier;
+  friend class FaithfulCopier;
 
 private:
   double textangle_ = 0;

@@ -19,6 +19,7 @@ public:
 protected:
   Picture(const Picture&) = default;
   friend class ShallowCopier;
+  friend class FaithfulCopier;
 
 private:
   std::u16string imageSource_;

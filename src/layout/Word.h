@@ -23,6 +23,7 @@ public:
 protected:
   Word(const Word&) = default;
   friend class ShallowCopier;
+  friend class FaithfulCopier;
 
 private:
   std::uint64_t xChecked_ = 0;

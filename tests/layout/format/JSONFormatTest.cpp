@@ -4,6 +4,7 @@
 #include "layout/format/JSONWriter.h"
 
 #include "base/QentException.h"
+#include "layout/FaithfulCopier.h"
 #include "layout/Layout.h"
 #include "layout/LayoutLimits.h"
 #include "layout/Nodes.h"
@@ -431,6 +432,8 @@ TEST(JSONFormatTest, RandomTreesSurviveRoundTrips) {
     ASSERT_EQ(roundTrip(json), json) << "seed " << seed << "\n" << dump(*faithful);
     // Whatever the writer drops, it drops in the first round trip.
     auto any = RandomTrees(seed, false).layout();
+    // The faithful copy keeps every class and field of any tree.
+    ASSERT_EQ(dump(*FaithfulCopier::copy(*any->root())), dump(*any->root())) << "seed " << seed;
     const std::string once = roundTrip(JSONWriter().write(*any));
     ASSERT_EQ(roundTrip(once), once) << "seed " << seed << "\n" << dump(*any);
   }
