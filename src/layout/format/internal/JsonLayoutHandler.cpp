@@ -21,7 +21,13 @@ QentException jsonError(const std::string& what) {
   return QentException(base::kErrorJson, "Failed to parse JSON layout: " + what);
 }
 
-std::string quotedKey(Member member) { return "\"" + std::string(keyOf(member)) + "\""; }
+// Built by appending: GCC 12 at -O3 reports "literal" + std::string&& as an overlapping
+// memcpy (a false -Wrestrict).
+std::string quotedKey(Member member) {
+  std::string quoted = "\"";
+  quoted.append(keyOf(member)).append("\"");
+  return quoted;
+}
 
 }  // namespace
 
