@@ -64,7 +64,8 @@ std::string ResourceFolders::describe(const std::vector<fs::path>& folders) {
   std::string text;
   for (const fs::path& folder : folders) {
     if (!text.empty()) text += ", ";
-    text += "'" + base::platform::pathToUtf8(folder) + "'";
+    // Appended piece by piece: GCC 12 at -O3 takes "'" + std::string&& for an overlapping copy.
+    text.append("'").append(base::platform::pathToUtf8(folder)).append("'");
   }
   return text.empty() ? "no folder" : text;
 }
