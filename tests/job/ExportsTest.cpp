@@ -37,37 +37,27 @@ private:
   qent::job::JobImplementationBase* job_;
 };
 
-TEST(ExportsTest, VersionNumber) { EXPECT_EQ(OrmidaGetVersion(), 0x01070000u); }
-
-struct VersionTextCase {
-  size_t length;
-  const char* expected;
-};
-void PrintTo(const VersionTextCase& k, std::ostream* out) { *out << k.length; }
-class VersionTextTest : public ::testing::TestWithParam<VersionTextCase> {};
-TEST_P(VersionTextTest, TruncatesAndTerminates) {
-  std::vector<char> buffer(GetParam().length + 4, 'x');
-  ASSERT_EQ(OrmidaGetVersionText(buffer.data(), GetParam().length), ORMIDA_OK);
-  EXPECT_STREQ(buffer.data(), GetParam().expected);
-  EXPECT_EQ(buffer[GetParam().length], 'x') << "wrote past the given length";
-}
-INSTANTIATE_TEST_SUITE_P(Lengths, VersionTextTest,
-                         ::testing::Values(VersionTextCase{1, ""},
-                                           VersionTextCase{19, "Ormida 1.7.0.17098"},
-                                           VersionTextCase{20, "Ormida 1.7.0.170980"},
-                                           VersionTextCase{40, "Ormida 1.7.0.170980"}));
-
-TEST(ExportsTest, VersionTextRejectsNullOrEmptyBuffer) {
-  char buffer[8] = "keep";
-  EXPECT_EQ(OrmidaGetVersionText(buffer, 0), ORMIDA_BAD_ARGUMENT);
-  EXPECT_STREQ(buffer, "keep");
-  EXPECT_EQ(OrmidaGetVersionText(nullptr, 8), ORMIDA_BAD_ARGUMENT);
+TEST(ExportsTest, VersionNumberAndTextTruncatedToTheGivenLength) {
+  EXPECT_EQ(OrmidaGetVersion(), 0x01070000u);
+  const std::pair<size_t, const char*> cases[] = {
+      {1, ""}, {19, "Ormida 1.7.0.17098"}, {20, "Ormida 1.7.0.170980"}, {40, "Ormida 1.7.0.170980"}};
+  for (const auto& [length, expected] : cases) {
+    std::vector<char> buffer(length + 4, 'x');
+    ASSERT_EQ(OrmidaGetVersionText(buffer.data(), length), ORMIDA_OK);
+    EXPECT_STREQ(buffer.data(), expected);
+    EXPECT_EQ(buffer[length], 'x') << "wrote past the length " << length;
+  }
 }
 
 TEST(ExportsTest, NullArgumentsGiveBadArgument) {
   const std::u16string name = u"WorkSpace";
   size_t size = 10;
+  char text[8] = "keep";
   OrmidaJobHandle none = nullptr;
+  EXPECT_EQ(OrmidaGetVersionText(text, 0), ORMIDA_BAD_ARGUMENT);
+  EXPECT_STREQ(text, "keep");
+  EXPECT_EQ(OrmidaGetVersionText(nullptr, 8), ORMIDA_BAD_ARGUMENT);
+  EXPECT_EQ(OrmidaJobCreate(nullptr), ORMIDA_BAD_ARGUMENT);
   EXPECT_EQ(OrmidaJobExecute(nullptr), ORMIDA_BAD_ARGUMENT);
   EXPECT_EQ(OrmidaJobFree(&none), ORMIDA_BAD_ARGUMENT);
   EXPECT_EQ(none, nullptr);
@@ -102,14 +92,6 @@ TEST(ExportsTest, HandleThatIsNotAJobIsRefused) {
     EXPECT_EQ(OrmidaJobFree(&again), ORMIDA_BAD_ARGUMENT);
     EXPECT_EQ(again, handle);
   }
-}
-
-TEST(ExportsTest, CreateAndFree) {
-  OrmidaJobHandle job = nullptr;
-  ASSERT_EQ(OrmidaJobCreate(&job), ORMIDA_OK);
-  ASSERT_NE(job, nullptr);
-  EXPECT_EQ(OrmidaJobFree(&job), ORMIDA_OK);
-  EXPECT_EQ(job, nullptr);
 }
 
 TEST(ExportsTest, SetPropertyCodes) {
@@ -157,44 +139,23 @@ TEST(ExportsTest, GetPropertyReportsSizeThenCopies) {
   EXPECT_EQ(size, 8u);
 }
 
-TEST(ExportsTest, GetPropertyChoosesResultOrSubResultByName) {
+TEST(ExportsTest, GetPropertyReadsResultsOnlyAndChoosesResultOrSubResultByName) {
   qent::job::OrmidaJob job;
   job.setResult(87, u"{\"errorRate\":0.5}");  // CompareErrorRate
   job.setSubResult(86, 635, u"R");
   const TestHandle handle(job);
-  struct Case {
-    std::u16string name;
-    uint32_t code;
-  };
-  for (const Case& k : std::vector<Case>{{u"CompareErrorRate", ORMIDA_BUFFER_TOO_SMALL},
-                                         {u"Compare.Result", ORMIDA_BUFFER_TOO_SMALL},
-                                         {u"Compare", ORMIDA_UNKNOWN_PROPERTY},
-                                         {u"Compare.Level", ORMIDA_UNKNOWN_PROPERTY},
-                                         {u"Compare.NoSuchSub", ORMIDA_UNKNOWN_PROPERTY},
-                                         {u"NoSuch.Result", ORMIDA_UNKNOWN_PROPERTY},
-                                         {u"Result", ORMIDA_UNKNOWN_PROPERTY},
-                                         {u"WordRecognizer.Result", ORMIDA_UNKNOWN_PROPERTY}}) {
+  ASSERT_TRUE(job.setProperty(u"WorkSpace", u"/tmp"));
+  ASSERT_TRUE(job.setProperty(u"Compare.Level", u"Glyph"));
+  const std::pair<std::u16string, uint32_t> cases[] = {
+      {u"CompareErrorRate", ORMIDA_BUFFER_TOO_SMALL}, {u"Compare.Result", ORMIDA_BUFFER_TOO_SMALL},
+      {u"Compare", ORMIDA_UNKNOWN_PROPERTY},          {u"Compare.Level", ORMIDA_UNKNOWN_PROPERTY},
+      {u"WorkSpace", ORMIDA_UNKNOWN_PROPERTY},        {u"NoSuch.Result", ORMIDA_UNKNOWN_PROPERTY},
+      {u"Result", ORMIDA_UNKNOWN_PROPERTY},           {u"WordRecognizer.Result", ORMIDA_UNKNOWN_PROPERTY}};
+  for (const auto& [name, code] : cases) {
     size_t size = 0;
-    EXPECT_EQ(OrmidaJobGetProperty(handle, c(k.name), nullptr, &size), k.code)
-        << qent::test::u8(k.name);
-    if (k.code == ORMIDA_UNKNOWN_PROPERTY) {
-      EXPECT_EQ(size, 0u) << "size unchanged";
-    }
+    EXPECT_EQ(OrmidaJobGetProperty(handle, c(name), nullptr, &size), code) << qent::test::u8(name);
+    EXPECT_EQ(size == 0, code == ORMIDA_UNKNOWN_PROPERTY) << "size unchanged when unknown";
   }
-}
-
-TEST(ExportsTest, ValuesSetAreNotReadableAsResults) {
-  Job job;
-  ASSERT_EQ(job.set("WorkSpace", "/tmp"), ORMIDA_OK);
-  ASSERT_EQ(job.set("Compare.Result", "set by caller"), ORMIDA_OK);
-  EXPECT_EQ(job.get("WorkSpace").first, ORMIDA_UNKNOWN_PROPERTY);
-  EXPECT_EQ(job.get("Compare.Result").first, ORMIDA_UNKNOWN_PROPERTY);
-}
-
-TEST(ExportsTest, ExecuteWithoutInputFails) {
-  Job job;
-  EXPECT_EQ(job.execute(), ORMIDA_FAILED);
-  EXPECT_EQ(job.errorText(), "error in OrmidaJobExecute: No Main document loaded");
 }
 
 // A job whose execute throws what the test hands it, to see each conversion case.
@@ -264,17 +225,13 @@ INSTANTIATE_TEST_SUITE_P(
                        "undefined error in OrmidaJobExecute", "error in getError"}),
     [](const auto& testInfo) { return std::string(testInfo.param.label); });
 
-TEST(ExportsTest, ErrorTextNullBufferReportsSizeOnly) {
+TEST(ExportsTest, ErrorTextIsEmptyBeforeAFailureAndItsSizeCanBeAsked) {
   Job job;
+  EXPECT_EQ(job.errorText(), "");
   ASSERT_EQ(job.execute(), ORMIDA_FAILED);
   size_t size = 0;
   EXPECT_EQ(OrmidaJobGetErrorText(job.handle(), nullptr, &size), ORMIDA_OK);
   EXPECT_EQ(size, std::strlen("error in OrmidaJobExecute: No Main document loaded") + 1);
-}
-
-TEST(ExportsTest, ErrorTextIsEmptyBeforeAnyFailure) {
-  Job job;
-  EXPECT_EQ(job.errorText(), "");
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 // FormatConversionTest.cpp - WebAnno TSV and cloud-OCR answers through the C interface:
-// conversions between the formats, and the readers' errors as return codes and texts.
+// conversions between the formats, and the readers' errors (the JSON layout's too) as return
+// codes and texts.
 #include "ormida/ormida.h"
 
 #include "support/JobApi.h"
@@ -44,18 +45,6 @@ std::vector<std::string> convert(const TempDir& dir, const std::string& input,
   return texts;
 }
 
-TEST(FormatConversionTest, CloudOcrAnswerToWebAnnoFile) {
-  TempDir dir;
-  dir.write("answer.json", readAll(kDataDir + "/cloud-ocr/hand-made.json"));
-  Job job;
-  job.set("WorkSpace", dir.path().string());
-  job.set("InputFilename", "answer.json");
-  job.set("OutputFilename", "out.tsv");
-  job.set("OutputFilename.Format", "WebAnno");
-  ASSERT_EQ(job.execute(), ORMIDA_OK) << job.errorText();
-  EXPECT_EQ(readAll(dir / "out.tsv"), readAll(kDataDir + "/webanno/from-cloud-ocr.tsv"));
-}
-
 TEST(FormatConversionTest, WebAnnoComesBackIdenticalThroughTheCallback) {
   TempDir dir;
   const std::string tsv = readAll(kDataDir + "/webanno/rich-layout.tsv");
@@ -79,7 +68,7 @@ TEST(FormatConversionTest, SensitiveMarksReachTheJsonLayout) {
       << texts[0];
 }
 
-TEST(FormatConversionTest, SeveralFormatsGetTheirExtensions) {
+TEST(FormatConversionTest, CloudOcrAnswerToSeveralFormatsWithTheirExtensions) {
   TempDir dir;
   dir.write("answer.json", readAll(kDataDir + "/cloud-ocr/hand-made.json"));
   Job job;
@@ -130,7 +119,9 @@ INSTANTIATE_TEST_SUITE_P(
         BadInputCase{"CloudOcrWithoutAnnotation", R"({"responses":[{"error":{"code":7}}]})", 20039,
                      "Incorrect format"},
         BadInputCase{"CloudOcrThatIsNotJson", R"({"fullTextAnnotation": {"pages": [}})", 20039,
-                     "Incorrect format"}),
+                     "Incorrect format"},
+        BadInputCase{"JsonLayoutThatIsNotJson", R"({"root": [})", 20039,
+                     "Failed to parse JSON layout"}),
     [](const auto& testInfo) { return std::string(testInfo.param.label); });
 
 TEST(FormatConversionTest, WhyACloudOcrTextIsNotJsonGoesToTheTrace) {

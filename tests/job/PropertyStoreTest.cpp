@@ -23,29 +23,15 @@ TEST(PropertyValuesTest, BooleanRule) {
   }
 }
 
-TEST(PropertyValuesTest, NumbersUseTheStandardTexts) {
+// The conversions themselves are NumberConversion's; here only that the values reach them.
+// The float fallback is tested with its trace line.
+TEST(PropertyValuesTest, NumbersUseTheStandardConversions) {
   EXPECT_EQ(toInteger(u" 12px"), 12);
   EXPECT_EQ(toUnsigned(u"3000000000"), 3000000000u);
   EXPECT_DOUBLE_EQ(toDouble(u"0.25"), 0.25);
-  try {
-    toInteger(u"twelve");
-    FAIL();
-  } catch (const std::invalid_argument& e) {
-    EXPECT_STREQ(e.what(), "invalid stoi argument");
-  }
-  try {
-    toDouble(u"1e400");
-    FAIL();
-  } catch (const std::out_of_range& e) {
-    EXPECT_STREQ(e.what(), "stod argument out of range");
-  }
-}
-
-TEST(PropertyValuesTest, FloatFallsBackToItsDefault) {
   EXPECT_FLOAT_EQ(toFloatOr(u"0.5", 0.7f), 0.5f);
-  EXPECT_FLOAT_EQ(toFloatOr(u"abc", 0.7f), 0.7f);
-  EXPECT_FLOAT_EQ(toFloatOr(u"1e99", 0.8f), 0.8f);
-  EXPECT_FLOAT_EQ(toFloatOr(u"", 0.9f), 0.9f);
+  EXPECT_THROW(toInteger(u"twelve"), std::invalid_argument);
+  EXPECT_THROW(toDouble(u"1e400"), std::out_of_range);
 }
 
 TEST(PropertyStoreTest, LaterSetsReplaceEarlierOnesAndNothingGrows) {

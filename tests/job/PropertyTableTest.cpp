@@ -20,10 +20,6 @@ TEST(PropertyTableTest, NamesAndNumbersAreOneToOneAndLookupIsExact) {
   }
   EXPECT_EQ(names.size(), std::size_t{kPropertyCount});
   EXPECT_EQ(propertyName(kPropertyCount), "__Unknown");
-  // Numbers a caller sees in results: the comparison's and the output's.
-  EXPECT_EQ(propertyNumber("Compare"), 86u);
-  EXPECT_EQ(propertyNumber("Result"), 635u);
-  EXPECT_EQ(propertyNumber("OutputFilename"), 471u);
   for (const std::string_view name : {std::string_view("compare"), std::string_view("Compare "),
                                       std::string_view(""), std::string_view("__Unknown"),
                                       std::string_view("Compare\0x", 9)}) {
