@@ -43,20 +43,6 @@ TEST(FileIoTest, ReadErrorsNameTheFile) {
   EXPECT_NE(directory.find("is a directory"), std::string::npos);
 }
 
-TEST(FileIoTest, AtomicWriteReplacesAndLeavesNoTemporaryFiles) {
-  TempDir dir;
-  const auto target = dir / "out.json";
-  writeFileAtomic(target, "first");
-  writeFileAtomic(target, "second, longer");
-  EXPECT_EQ(readAll(target), "second, longer");
-  int files = 0;
-  for (const auto& entry : std::filesystem::directory_iterator(dir.path())) {
-    (void)entry;
-    ++files;
-  }
-  EXPECT_EQ(files, 1);
-}
-
 TEST(FileIoTest, FailedWriteKeepsTheEarlierFile) {
   TempDir dir;
   const auto target = dir / "out.json";

@@ -2,9 +2,10 @@
 // from the caller's locale.
 #include "base/NumberConversion.h"
 
+#include "support/GermanLocale.h"
+
 #include <gtest/gtest.h>
 
-#include <clocale>
 #include <cmath>
 #include <functional>
 #include <limits>
@@ -52,32 +53,22 @@ INSTANTIATE_TEST_SUITE_P(
     Cases, NumberErrorTest,
     ::testing::Values(
         ErrorCase{"IntEmpty", [] { parseInt(""); }, false, "invalid stoi argument"},
-        ErrorCase{"IntLetters", [] { parseInt("abc"); }, false, "invalid stoi argument"},
-        ErrorCase{"IntSignOnly", [] { parseInt("-"); }, false, "invalid stoi argument"},
-        ErrorCase{"IntDoubleSign", [] { parseInt("--1"); }, false, "invalid stoi argument"},
         ErrorCase{"IntTooBig", [] { parseInt("2147483648"); }, true, "stoi argument out of range"},
         ErrorCase{"IntTooSmall", [] { parseInt("-2147483649"); }, true,
-                  "stoi argument out of range"},
-        ErrorCase{"IntHuge", [] { parseInt("99999999999999999999999"); }, true,
                   "stoi argument out of range"},
         ErrorCase{"UnsignedLetters", [] { parseUnsigned("x1"); }, false, "invalid stoul argument"},
         ErrorCase{"UnsignedTooBig", [] { parseUnsigned("4294967296"); }, true,
                   "stoul argument out of range"},
-        ErrorCase{"DoubleEmpty", [] { parseDouble(" "); }, false, "invalid stod argument"},
-        ErrorCase{"DoubleWord", [] { parseDouble("abc"); }, false, "invalid stod argument"},
-        ErrorCase{"DoubleDoubleSign", [] { parseDouble("+-1"); }, false, "invalid stod argument"},
+        ErrorCase{"DoubleSigns", [] { parseDouble("+-1"); }, false, "invalid stod argument"},
         ErrorCase{"DoubleTooBig", [] { parseDouble("1e999"); }, true, "stod argument out of range"},
         ErrorCase{"FloatTooBig", [] { parseFloat("1e40"); }, true, "stof argument out of range"},
         ErrorCase{"FloatWord", [] { parseFloat("zero"); }, false, "invalid stof argument"}),
     [](const auto& testInfo) { return std::string(testInfo.param.label); });
 
-TEST(NumberConversionTest, UnsignedWrapsANegativeValueLikeStrtoul) {
+TEST(NumberConversionTest, ParsesUnsignedLikeStrtoulAndDoublesLikeStrtod) {
   EXPECT_EQ(parseUnsigned("4294967295"), 4294967295u);
   EXPECT_EQ(parseUnsigned("-1"), 4294967295u);
   EXPECT_EQ(parseUnsigned(" 12 words"), 12u);
-}
-
-TEST(NumberConversionTest, ParsesDoubles) {
   EXPECT_DOUBLE_EQ(parseDouble("0.7"), 0.7);
   EXPECT_DOUBLE_EQ(parseDouble("  -2.5e3xyz"), -2500.0);
   EXPECT_DOUBLE_EQ(parseDouble("+.5"), 0.5);
@@ -98,16 +89,11 @@ TEST(NumberConversionTest, FormatsLikePrintfFixed) {
 // A German application may have switched its C locale to decimal commas; our texts and
 // parses must not follow it.
 TEST(NumberConversionTest, IgnoresTheCallersLocale) {
-  const char* previous = std::setlocale(LC_ALL, nullptr);
-  const std::string saved = previous != nullptr ? previous : "C";
-  if (std::setlocale(LC_ALL, "de_DE.UTF-8") == nullptr &&
-      std::setlocale(LC_ALL, "de_DE") == nullptr) {
-    GTEST_SKIP() << "no German locale installed";
-  }
+  const qent::test::ScopedGermanLocale german;
+  if (!german.active()) GTEST_SKIP() << "no German locale installed";
   EXPECT_EQ(formatFixed6(3.25), "3.250000");
   EXPECT_DOUBLE_EQ(parseDouble("3.25"), 3.25);
   EXPECT_FLOAT_EQ(parseFloat("0.7"), 0.7f);
-  std::setlocale(LC_ALL, saved.c_str());
 }
 
 }  // namespace

@@ -51,7 +51,7 @@ INSTANTIATE_TEST_SUITE_P(
         EnvironmentCase{"Long", std::string(5000, 'x') + "ä"}),
     [](const auto& p) { return std::string(p.param.title); });
 
-TEST(PlatformTest, UnsetEnvironmentVariableIsAbsent) {
+TEST(EnvironmentTest, UnsetVariableIsAbsent) {
   EXPECT_FALSE(platform::environmentVariable(u"ORMIDA_PLATFORM_TEST_NEVER_SET").has_value());
 }
 
@@ -141,9 +141,8 @@ TEST_P(NonAsciiFileTest, WritesReadsAndListsTheName) {
 
 INSTANTIATE_TEST_SUITE_P(
     Names, NonAsciiFileTest,
-    ::testing::Values(FileNameCase{"Latin", "Grüße.txt"}, FileNameCase{"Cyrillic", "Журнал.json"},
+    ::testing::Values(FileNameCase{"Latin", "Grüße.txt"},
                       FileNameCase{"Japanese", "日本語 ファイル.hocr"},
-                      FileNameCase{"Greek", "Ελληνικά.tsv"},
                       FileNameCase{"OutsideTheBmp", "clef \xF0\x9D\x84\x9E.txt"}),
     [](const auto& p) { return std::string(p.param.title); });
 
