@@ -1,6 +1,6 @@
 // HocrJobTest.cpp - hOCR through the C interface: a file read as hOCR comes out as hOCR (the
-// default) and plain text (the writers' output, written as UTF-8), and bad hOCR gives the
-// reader's code and message.
+// default) and plain text (the writers' output, written as UTF-8). Bad hOCR is in
+// ExecutionTest's table of bad inputs.
 #include "ormida/ormida.h"
 
 #include "base/Unicode.h"
@@ -45,35 +45,5 @@ TEST(HocrJobTest, HocrInputWrittenAsHocrByDefaultAndAsPlainText) {
                       qent::text::layout::format::PlainTextWriter().write(*layout)));
   EXPECT_NE(text.find("block_1_1"), std::string::npos) << "a box writes its id: " << text;
 }
-
-struct BadHocrCase {
-  const char* label;
-  const char* document;
-  uint32_t code;
-  const char* message;  // contained in the error text
-};
-void PrintTo(const BadHocrCase& k, std::ostream* out) { *out << k.label; }
-
-class HocrJobErrorTest : public ::testing::TestWithParam<BadHocrCase> {};
-TEST_P(HocrJobErrorTest, FailsWithTheReadersError) {
-  TempDir dir;
-  dir.write("bad.hocr", GetParam().document);
-  dir.write("out.hocr", "earlier output");
-  Job job;
-  job.set("WorkSpace", dir.path().string());
-  job.set("InputFilename", "bad.hocr");
-  job.set("OutputFilename", "out.hocr");
-  EXPECT_EQ(job.execute(), GetParam().code);
-  EXPECT_NE(job.errorText().find(GetParam().message), std::string::npos) << job.errorText();
-  EXPECT_EQ(readAll(dir / "out.hocr"), "earlier output");
-}
-INSTANTIATE_TEST_SUITE_P(
-    OnePerCode, HocrJobErrorTest,
-    ::testing::Values(
-        BadHocrCase{"NoHtml", "<xml><body/></xml>", ORMIDA_ERROR_HOCR, "No HOCR file found"},
-        // Standard invalid-argument errors are not runtime errors: code 9 at the boundary.
-        BadHocrCase{"BadNumber",
-                    "<html><body><span class='ocrx_word' title='x_wconf high'/></body></html>",
-                    ORMIDA_FAILED, "undefined error in OrmidaJobExecute"}));
 
 }  // namespace

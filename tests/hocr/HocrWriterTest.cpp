@@ -177,151 +177,79 @@ TEST(HocrWriterTest, CloudOcrConfidencesScaledToPercent) {
 
 // --- the reader gives written trees back ---------------------------------------------------
 
-// A random tree of every node class with fields and attributes drawn from small pools that
-// hold the awkward cases: unusable and repeated ids, ";" and control characters, attribute
-// keys that are hOCR properties, HTML attributes or neither, huge and reversed geometry.
-class RandomTree {
-public:
-  explicit RandomTree(std::uint32_t seed) : random_(seed) {}
+// Random trees, built from their dump, of every node class with ids, texts, fields and
+// attributes drawn from small pools that hold the awkward cases: unusable and repeated ids,
+// ";" and control characters, attribute keys that are hOCR properties, HTML attributes or
+// neither, huge and reversed geometry.
+template <class Pool>
+std::string pick(std::mt19937& random, const Pool& pool) {
+  return pool[random() % std::size(pool)];
+}
 
-  std::unique_ptr<Layout> layout() {
-    auto layout = std::make_unique<Layout>(node(0));
-    Layout::Versions versions;
-    for (int i = pick(3); i > 0; --i) versions.emplace_back(pickOf(kNames), pickOf(kNames));
-    layout->setVersions(versions);
-    if (pick(4) == 0) layout->setFormat(3);
-    return layout;
-  }
+// Up to `most` entries of the pool, each after a comma.
+template <class Pool>
+std::string some(std::mt19937& random, const Pool& pool, unsigned most) {
+  std::string out;
+  for (unsigned i = random() % (most + 1); i > 0; --i) out += "," + pick(random, pool);
+  return out;
+}
 
-private:
-  static constexpr const char* kNames[] = {"tess", "5.0", "", "a b", "x;y"};
-  static constexpr const char16_t* kTexts[] = {u"", u"word", u"x;y", u"  pad  ", u"\u00e4\u20ac",
-                                               u"a\u0001b", u"\"q\" <&>", u"line_1_1", u"1"};
-  static constexpr const char16_t* kIds[] = {u"", u"", u"", u"n1", u"n1", u"1", u"a b",
-                                             u"word_1_1", u"block_1_1", u"page_1", u"p\u00e9"};
-  static constexpr const char16_t* kKeys[] = {u"x_foo", u"lang", u"dir", u"bbox", u"x_wconf",
-                                              u"style", u"class", u"", u"a b", u"image",
-                                              u"font-weight", u"ppageno", u"x_size", u"title",
-                                              u"id", u"xml:lang", u"data-x", u"x_bboxes",
-                                              u"\u0006x_wconf", u"\u0006bbox", u"poly"};
-  static constexpr const char16_t* kValues[] = {u"", u"1", u"1 2 3 4", u"a;b", u" pad ",
-                                                u"bold", u"font-weight: bold", u"rgb(1,2,3)",
-                                                u"x", u"-7", u"99999999999"};
-  static constexpr const char16_t* kTypeNames[] = {u"node", u"body", u"div", u"span", u"br",
-                                                   u"ocr_carea", u"ocr_par", u"ocrx_table",
-                                                   u"region", u"", u"em", u"ocrx_word",
-                                                   u"\u0006ocr_line", u"ocr_page"};
+std::string randomNode(std::mt19937& random, int depth) {
+  static const char* const kClasses[] = {"Content", "Content", "Page",  "Box",     "Line", "Word",
+                                         "Word",    "Glyph",   "Field", "Picture", "Node"};
+  static const char* const kIds[] = {"",    "",          "",           "#n1",     "#n1",
+                                     "#1",  "#\"a b\"",  "#word_1_1",  "#block_1_1",
+                                     "#page_1", "#\"p\xC3\xA9\""};
+  static const char* const kTypes[] = {"",          ":node",   ":body",   ":div",
+                                       ":span",     ":br",     ":ocr_carea", ":ocr_par",
+                                       ":ocrx_table", ":region", ":em",   ":ocrx_word",
+                                       ":\"\\x06ocr_line\"", ":ocr_page"};
+  static const char* const kTexts[] = {"",           "\"word\"",   "\"x;y\"",
+                                       "\"  pad  \"", "\"\xC3\xA4\xE2\x82\xAC\"", "\"a\\x01b\"",
+                                       "\"\\\"q\\\" <&>\"", "\"line_1_1\"", "\"1\""};
+  static const char* const kRects[] = {"", "", "[0,0,5,5]", "[-20,10,0,3]",
+                                       "[2147483600,500,99,1]", "[10,1,0,0]"};
+  static const char* const kAttributes[] = {
+      "@x_foo=\"1 2 3 4\"", "@lang=\"a;b\"", "@dir=rtl", "@bbox=\"1 2 3 4\"", "@x_wconf=x",
+      "@style=\"font-weight: bold\"", "@class=bold", "@\"\"=1", "@\"a b\"=\" pad \"",
+      "@image=\"\"", "@font-weight=bold", "@ppageno=-7", "@x_size=99999999999", "@title=1",
+      "@id=x", "@\"xml:lang\"=x", "@data-x=\"rgb(1,2,3)\"", "@x_bboxes=\"1 2 3 4\"",
+      "@\"\\x06x_wconf\"=1", "@\"\\x06bbox\"=\"1 2 3 4\"", "@poly=\"a;b\""};
+  static const char* const kFragmentFields[] = {
+      "conf=93",   "conf=1e-07",  "conf=0.5",        "size=12345.678",    "family=\"x;y\"",
+      "family=word", "style=3",   "weight=4",        "color=\"7 0 255\"", "bg=\"1 200 3\"",
+      "angle=-1",  "base=\"0.5 -1\"", "poly=\"2147483600 2;3 0\"", "sens=0.5", "entity=PER",
+      "entity=\"a;b\""};
+  static const char* const kPageFields[] = {"w=2147483600", "h=2999", "lang=deu", "angle=0.5",
+                                            "pnum=2"};
+  static const char* const kLineFields[] = {"asc=93", "desc=-1", "gh=0.5"};
+  static const char* const kWordFields[] = {"checked=2", "rejected=1099511627776"};
+  static const char* const kBoxFields[] = {"kind=3", "kind=12", "kind=29"};
 
-  int pick(int n) { return static_cast<int>(random_() % static_cast<unsigned>(n)); }
-  template <class T, std::size_t N>
-  T pickOf(const T (&pool)[N]) {
-    return pool[pick(static_cast<int>(N))];
+  const std::string cls = depth == 0 ? "Content" : pick(random, kClasses);
+  std::string node = cls + pick(random, kIds);
+  std::string fields = some(random, kAttributes, 3);
+  std::string children;
+  if (cls == "Content") node += pick(random, kTypes) + pick(random, kTexts);
+  if (cls == "Box") node += pick(random, kTypes);
+  if (cls != "Content" && cls != "Page" && cls != "Node") {
+    node += pick(random, kRects) + pick(random, kTexts);
+    fields += some(random, kFragmentFields, 4);
   }
-  double someNumber() {
-    static constexpr double kNumbers[] = {0, 1, -1, 0.5, 93, 1e-7, 12345.678};
-    return pickOf(kNumbers);
+  if (cls == "Page") {
+    fields += some(random, kPageFields, 3);
+    if (random() % 2 == 0) children += ",Image" + pick(random, kTexts);
   }
-  std::int32_t someCoordinate() {
-    static constexpr std::int32_t kCoordinates[] = {0, 1, 10, 500, -20, 2147483600};
-    return pickOf(kCoordinates);
+  if (cls == "Box") fields += some(random, kBoxFields, 1);
+  if (cls == "Line") fields += some(random, kLineFields, 3);
+  if (cls == "Word") fields += some(random, kWordFields, 2);
+  if (cls == "Picture") fields += ",src=\"x;y\"";
+  if (!fields.empty()) node += "(" + fields.substr(1) + ")";
+  for (unsigned i = depth < 6 ? random() % (depth == 0 ? 4 : 3) : 0; i > 0; --i) {
+    children += "," + randomNode(random, depth + 1);
   }
-
-  void fragment(Fragment& f) {
-    f.setText(pickOf(kTexts));
-    if (pick(3) != 0) f.setRect({someCoordinate(), someCoordinate(), pick(100), pick(100)});
-    if (pick(2) == 0) f.setConfidence(someNumber());
-    if (pick(4) == 0) f.setFontSize(someNumber());
-    if (pick(4) == 0) f.setFontFamily(pickOf(kTexts));
-    if (pick(4) == 0) f.setFontStyle(static_cast<std::uint32_t>(pick(5)));
-    if (pick(4) == 0) f.setFontWeight(static_cast<std::uint32_t>(pick(5)));
-    if (pick(4) == 0) f.setColor({static_cast<std::uint8_t>(pick(256)), 0, 255});
-    if (pick(4) == 0) f.setBackgroundColor({1, static_cast<std::uint8_t>(pick(256)), 3});
-    if (pick(4) == 0) f.setTextangle(someNumber());
-    if (pick(4) == 0) f.setBaseline({someNumber(), someNumber()});
-    if (pick(4) == 0) f.setPolygon({{someCoordinate(), 2}, {3, someCoordinate()}});
-    if (pick(4) == 0) f.setXSensibility(someNumber());
-    if (pick(4) == 0) f.setXEntity(pick(2) == 0 ? "PER" : "a;b");
-  }
-
-  std::unique_ptr<Node> node(int depth) {
-    std::unique_ptr<Node> made;
-    const int kind = depth == 0 ? 0 : pick(depth > 4 ? 9 : 11);
-    switch (kind) {
-      case 0:
-      case 9: {
-        auto c = std::make_unique<Content>();
-        c->setTypeName(pickOf(kTypeNames));
-        c->setText(pickOf(kTexts));
-        made = std::move(c);
-        break;
-      }
-      case 1: {
-        auto p = std::make_unique<Page>();
-        p->setWidth(static_cast<std::uint32_t>(someCoordinate()));
-        p->setHeight(static_cast<std::uint32_t>(pick(3000)));
-        p->setLanguage(pick(2) == 0 ? "" : "deu");
-        p->setTextangle(someNumber());
-        p->setAuxiliaryNumber(static_cast<std::uint32_t>(pick(3)));
-        if (pick(2) == 0) {
-          auto image = std::make_unique<Image>();
-          image->setImage(pickOf(kTexts));
-          p->appendChild(std::move(image));
-        }
-        made = std::move(p);
-        break;
-      }
-      case 2: {
-        auto b = std::make_unique<Box>();
-        fragment(*b);
-        pick(2) == 0 ? b->setTypeName(pickOf(kTypeNames))
-                     : b->setBoxKind(static_cast<std::uint32_t>(pick(30)));
-        made = std::move(b);
-        break;
-      }
-      case 3: {
-        auto l = std::make_unique<Line>();
-        fragment(*l);
-        l->setMaxAscenders(someNumber());
-        l->setMaxDescenders(someNumber());
-        l->setMaxGlyphHeight(someNumber());
-        made = std::move(l);
-        break;
-      }
-      case 4:
-      case 10: {
-        auto w = std::make_unique<Word>();
-        fragment(*w);
-        w->setXChecked(static_cast<std::uint64_t>(pick(3)));
-        w->setXRejected(pick(5) == 0 ? 1ULL << 40 : 0);
-        for (int i = pick(3); i > 0; --i) {
-          auto g = std::make_unique<Glyph>();
-          fragment(*g);
-          w->appendChild(std::move(g));
-        }
-        made = std::move(w);
-        break;
-      }
-      case 5: made = std::make_unique<Glyph>(); fragment(static_cast<Fragment&>(*made)); break;
-      case 6: {
-        auto p = std::make_unique<Picture>();
-        fragment(*p);
-        p->setImageSource(pickOf(kTexts));
-        made = std::move(p);
-        break;
-      }
-      case 7: made = std::make_unique<Field>(); fragment(static_cast<Fragment&>(*made)); break;
-      default: made = std::make_unique<Node>(); break;
-    }
-    made->setId(pickOf(kIds));
-    for (int i = pick(4); i > 0; --i) made->setAttribute(pickOf(kKeys), pickOf(kValues));
-    if (depth < 6) {
-      for (int i = pick(depth == 0 ? 4 : 3); i > 0; --i) made->appendChild(node(depth + 1));
-    }
-    return made;
-  }
-
-  std::mt19937 random_;
-};
+  return children.empty() ? node : node + "{" + children.substr(1) + "}";
+}
 
 // The neighbourhood of the first difference, for readable failures on long dumps.
 std::string firstDifference(const std::string& a, const std::string& b) {
@@ -334,18 +262,27 @@ std::string firstDifference(const std::string& a, const std::string& b) {
 TEST(HocrWriterRoundTripTest, WrittenRandomTreesReadBackToThemselves) {
   // A tree made in code may hold what hOCR cannot say; once read from hOCR it must survive
   // every further write and read unchanged, text and tree alike.
-  for (std::uint32_t seed = 1; seed <= 500; ++seed) {
-    const auto original = RandomTree(seed).layout();
+  static const char* const kNames[] = {"tess", "5.0", "", "a b", "x;y"};
+  std::mt19937 random(1);
+  for (int round = 1; round <= 500; ++round) {
+    const std::string tree = randomNode(random, 0);
+    const auto original = parseLayout(tree);
+    Layout::Versions versions;
+    for (int i = random() % 3; i > 0; --i) {
+      versions.emplace_back(pick(random, kNames), pick(random, kNames));
+    }
+    original->setVersions(versions);
+    if (random() % 4 == 0) original->setFormat(3);
     const std::string first = HocrWriter().write(*original);
-    ASSERT_EQ(hocrStructureProblems(first), std::vector<std::string>()) << "seed " << seed;
+    ASSERT_EQ(hocrStructureProblems(first), std::vector<std::string>()) << tree;
     const auto once = PugiHocrReader().read(first);
     const std::string second = HocrWriter().write(*once);
     const auto twice = PugiHocrReader().read(second);
     ASSERT_TRUE(dump(*twice) == dump(*once))
-        << "seed " << seed << " " << firstDifference(dump(*once), dump(*twice)) << "\n"
+        << tree << "\n" << firstDifference(dump(*once), dump(*twice)) << "\n"
         << firstDifference(first, second);
-    ASSERT_EQ(twice->versions(), once->versions()) << "seed " << seed;
-    ASSERT_EQ(HocrWriter().write(*twice), second) << "seed " << seed;
+    ASSERT_EQ(twice->versions(), once->versions()) << tree;
+    ASSERT_EQ(HocrWriter().write(*twice), second) << tree;
   }
 }
 

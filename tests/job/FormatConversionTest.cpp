@@ -1,6 +1,5 @@
 // FormatConversionTest.cpp - WebAnno TSV and cloud-OCR answers through the C interface:
-// conversions between the formats, and the readers' errors (the JSON layout's too) as return
-// codes and texts.
+// conversions between the formats (the readers' errors are in ExecutionTest's table).
 #include "ormida/ormida.h"
 
 #include "support/JobApi.h"
@@ -19,11 +18,6 @@ using qent::test::readAll;
 using qent::test::TempDir;
 
 const std::string kDataDir = ORMIDA_TEST_DATA_DIR;
-
-std::string errorOf(Job& job) {
-  const std::string text = job.errorText();
-  return text.rfind("error in OrmidaJobExecute: ", 0) == 0 ? text.substr(27) : "<" + text + ">";
-}
 
 extern "C" void collectText(const char* bytes, size_t count, uint64_t userdata, uint32_t) {
   reinterpret_cast<std::vector<std::string>*>(static_cast<uintptr_t>(userdata))
@@ -81,48 +75,6 @@ TEST(FormatConversionTest, CloudOcrAnswerToSeveralFormatsWithTheirExtensions) {
   EXPECT_EQ(readAll(dir / "out.txt"),
             "Rechnung Nr. 117\nDatum: 17.05.2024\nGr\xC3\xB6\xC3\x9F" "e\nok\n\fSeite 2\n");
 }
-
-struct BadInputCase {
-  const char* label;
-  const char* content;
-  uint32_t code;
-  const char* error;
-};
-void PrintTo(const BadInputCase& k, std::ostream* out) { *out << k.label; }
-
-class FormatConversionErrors : public ::testing::TestWithParam<BadInputCase> {};
-
-TEST_P(FormatConversionErrors, ReturnTheReadersCodeAndText) {
-  TempDir dir;
-  dir.write("in.txt", GetParam().content);
-  dir.write("out.tsv", "earlier output");
-  Job job;
-  job.set("WorkSpace", dir.path().string());
-  job.set("InputFilename", "in.txt");
-  job.set("OutputFilename", "out.tsv");
-  job.set("OutputFilename.Format", "webanno");
-  EXPECT_EQ(job.execute(), GetParam().code);
-  EXPECT_EQ(errorOf(job), GetParam().error);
-  EXPECT_EQ(readAll(dir / "out.tsv"), "earlier output");
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Readers, FormatConversionErrors,
-    ::testing::Values(
-        BadInputCase{"WebAnnoRowThatIsNoToken", "#FORMAT=WebAnno TSV 3.2\n\n#Text=a\nnonsense\n",
-                     20001,
-                     "WebAnno TSV: row 4 is not a token row (a token id such as 1-3, a tab and "
-                     "offsets such as 0-5 must begin it): \"nonsense\""},
-        BadInputCase{"CloudOcrWordWithoutBox",
-                     R"({"responses":[{"fullTextAnnotation":{"pages":[{"blocks":[{"paragraphs":[{"words":[{"symbols":[]}]}]}]}]}}]})",
-                     20039, "Bounding box for a word is not found"},
-        BadInputCase{"CloudOcrWithoutAnnotation", R"({"responses":[{"error":{"code":7}}]})", 20039,
-                     "Incorrect format"},
-        BadInputCase{"CloudOcrThatIsNotJson", R"({"fullTextAnnotation": {"pages": [}})", 20039,
-                     "Incorrect format"},
-        BadInputCase{"JsonLayoutThatIsNotJson", R"({"root": [})", 20039,
-                     "Failed to parse JSON layout"}),
-    [](const auto& testInfo) { return std::string(testInfo.param.label); });
 
 TEST(FormatConversionTest, WhyACloudOcrTextIsNotJsonGoesToTheTrace) {
   TempDir dir;
