@@ -24,40 +24,33 @@ Map entriesOf(const PropertyMap& map) {
 }
 
 struct MapCase {
-  const char* label;
   const char* title;  // nullptr: no title attribute
   const char* style;  // nullptr: no style attribute
   Map want;
 };
-void PrintTo(const MapCase& k, std::ostream* out) { *out << k.label; }
 
-class PropertyMapTest : public ::testing::TestWithParam<MapCase> {};
-TEST_P(PropertyMapTest, SplitsTitleAndStyle) {
-  PropertyMap map;
-  if (GetParam().title) map.addTitle(GetParam().title);
-  if (GetParam().style) map.addStyle(GetParam().style);
-  EXPECT_EQ(entriesOf(map), GetParam().want);
+TEST(PropertyMapTest, SplitsTitleAndStyle) {
+  const MapCase cases[] = {
+      {"bbox 0 0 100 50; x_wconf 93", nullptr, {{"bbox", "0 0 100 50"}, {"x_wconf", "93"}}},
+      {"image \"1.jpg\";bbox 1 2 3 4", nullptr, {{"image", "\"1.jpg\""}, {"bbox", "1 2 3 4"}}},
+      {"  x_foo   1 2  ", nullptr, {{"x_foo", "1 2"}}},
+      {"hardbreak", nullptr, {{"hardbreak", ""}}},
+      {"x_wconf 1; x_wconf 2; x_wconf 3", nullptr, {{"x_wconf", "3"}}},
+      {"bbox 1 2 3 4;", nullptr, {{"bbox", "1 2 3 4"}, {"", ""}}},
+      {nullptr, "font-weight: bold; font-size:12pt",
+       {{"font-weight", "bold"}, {"font-size", "12pt"}}},
+      {nullptr, "color : rgb(1, 2, 3)", {{"color", "rgb(1, 2, 3)"}}},
+      {nullptr, "font-family: a:b", {{"font-family", "a:b"}}},
+      {"font-weight normal", "font-weight: bold; font-style: italic",
+       {{"font-weight", "normal"}, {"font-style", "italic"}}},
+      {"bbox\t1 2", nullptr, {{"bbox\t1", "2"}}}};
+  for (const MapCase& k : cases) {
+    PropertyMap map;
+    if (k.title) map.addTitle(k.title);
+    if (k.style) map.addStyle(k.style);
+    EXPECT_EQ(entriesOf(map), k.want) << (k.title ? k.title : "-") << " / " << (k.style ? k.style : "-");
+  }
 }
-INSTANTIATE_TEST_SUITE_P(
-    Cases, PropertyMapTest,
-    ::testing::Values(
-        MapCase{"Tesseract", "bbox 0 0 100 50; x_wconf 93", nullptr,
-                {{"bbox", "0 0 100 50"}, {"x_wconf", "93"}}},
-        MapCase{"NoBlankAfterSemicolon", "image \"1.jpg\";bbox 1 2 3 4", nullptr,
-                {{"image", "\"1.jpg\""}, {"bbox", "1 2 3 4"}}},
-        MapCase{"ValueTrimmedInside", "  x_foo   1 2  ", nullptr, {{"x_foo", "1 2"}}},
-        MapCase{"KeyWithoutValue", "hardbreak", nullptr, {{"hardbreak", ""}}},
-        MapCase{"LastRepeatWins", "x_wconf 1; x_wconf 2; x_wconf 3", nullptr,
-                {{"x_wconf", "3"}}},
-        MapCase{"EmptyPiecesKept", "bbox 1 2 3 4;", nullptr, {{"bbox", "1 2 3 4"}, {"", ""}}},
-        MapCase{"StyleColonDelimiter", nullptr, "font-weight: bold; font-size:12pt",
-                {{"font-weight", "bold"}, {"font-size", "12pt"}}},
-        MapCase{"StyleKeyTrimmed", nullptr, "color : rgb(1, 2, 3)",
-                {{"color", "rgb(1, 2, 3)"}}},
-        MapCase{"StyleValueKeepsColons", nullptr, "font-family: a:b", {{"font-family", "a:b"}}},
-        MapCase{"TitleBeatsStyle", "font-weight normal", "font-weight: bold; font-style: italic",
-                {{"font-weight", "normal"}, {"font-style", "italic"}}},
-        MapCase{"BlankIsTheOnlyTitleDelimiter", "bbox\t1 2", nullptr, {{"bbox\t1", "2"}}}));
 
 TEST(PropertyMapTest, TakeHandsAValueOutOnceButKeepsTheAttribute) {
   PropertyMap map;
@@ -164,7 +157,7 @@ TEST(ParseColorTest, ReadsTheRgbForm) {
   for (const auto& [text, want] : cases) EXPECT_EQ(colorOf(text), want) << text;
 }
 
-// --- versions and font names ---------------------------------------------------------------
+// --- versions ---------------------------------------------------------------------------
 
 using Versions = std::vector<std::pair<std::string, std::string>>;
 TEST(ParseVersionsTest, SplitsNameAndVersion) {
@@ -174,17 +167,6 @@ TEST(ParseVersionsTest, SplitsNameAndVersion) {
             (Versions{{"tesseract 5.5.1", "tesseract 5.5.1"}}));
   EXPECT_EQ(parseVersions("a:b:c; ;x:"), (Versions{{"a", "b:c"}, {"", ""}, {"x", ""}}));
   EXPECT_EQ(parseVersions(""), (Versions{{"", ""}}));
-}
-
-TEST(FontNamesTest, CodesAndNamesAreInverse) {
-  for (std::uint32_t code = 0; code < 5; ++code) {
-    const std::string_view style = fontStyleName(code);
-    const std::string_view weight = fontWeightName(code);
-    EXPECT_EQ(fontStyleCode(style), style.empty() ? 0u : code);
-    EXPECT_EQ(fontWeightCode(weight), weight.empty() ? 0u : code);
-  }
-  EXPECT_EQ(fontStyleCode("Italic"), 0u);  // exact, case-sensitive
-  EXPECT_EQ(fontWeightCode("bolder"), 0u);
 }
 
 }  // namespace

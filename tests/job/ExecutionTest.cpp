@@ -95,17 +95,6 @@ TEST(ExecutionTest, RepeatedExecuteReloadsTheDocuments) {
   EXPECT_EQ(readAll(dir / "out.json"), layoutNamed("after"));
 }
 
-TEST(ExecutionTest, NothingIsWrittenWithoutAnOutputProperty) {
-  TempDir dir;
-  dir.write("in.json", layoutNamed("x"));
-  Job job;
-  inWorkspace(job, dir, "in.json");
-  EXPECT_EQ(job.execute(), ORMIDA_OK) << job.errorText();
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path()),
-                          std::filesystem::directory_iterator()),
-            1);
-}
-
 TEST(ExecutionTest, UnsupportedFormatWritesNothingAndKeepsTheEarlierFile) {
   TempDir dir;
   dir.write("in.json", layoutNamed("x"));

@@ -172,58 +172,38 @@ private:
   std::function<void()> thrower_;
 };
 
-struct ConversionCase {
-  const char* label;
-  std::function<void()> thrower;
-  uint32_t code;
-  const char* executeText;
-  const char* getErrorText;
-};
-
-void PrintTo(const ConversionCase& k, std::ostream* out) { *out << k.label; }
-
-class ExceptionConversionTest : public ::testing::TestWithParam<ConversionCase> {};
-
-TEST_P(ExceptionConversionTest, ExecuteTurnsExceptionIntoCodeAndText) {
-  ThrowingJob job(GetParam().thrower);
-  const TestHandle handle(job);
-  EXPECT_EQ(OrmidaJobExecute(handle), GetParam().code);
-  char text[256];
-  size_t size = 1;  // the capacity is deliberately not consulted
-  ASSERT_EQ(OrmidaJobGetErrorText(handle, text, &size), ORMIDA_OK);
-  EXPECT_STREQ(text, GetParam().executeText);
-  EXPECT_EQ(size, std::strlen(GetParam().executeText) + 1);
+TEST(ExportsTest, ExceptionsBecomeCodesAndTextsAtTheBoundary) {
+  struct Case {
+    std::function<void()> thrower;
+    uint32_t code;
+    const char* executeText;
+    const char* getErrorText;  // when preparing the error text throws
+  };
+  const Case cases[] = {
+      {[] { throw qent::base::QentException(20020, "bad option"); }, 20020,
+       "error in OrmidaJobExecute: bad option", "error in getError: bad option"},
+      {[] { throw qent::base::QentException(20039, ""); }, 20039,
+       "error in OrmidaJobExecute: Unknown exception", "error in getError: Unknown exception"},
+      {[] { throw std::runtime_error("disk on fire"); }, 9,
+       "error in OrmidaJobExecute: disk on fire", "error in getError: disk on fire"},
+      // Standard invalid-argument errors are not runtime errors.
+      {[] { throw std::invalid_argument("invalid stoi argument"); }, 9,
+       "undefined error in OrmidaJobExecute", "error in getError"},
+      {[] { throw 42; }, 9, "undefined error in OrmidaJobExecute", "error in getError"}};
+  for (const Case& k : cases) {
+    ThrowingJob job(k.thrower);
+    const TestHandle handle(job);
+    EXPECT_EQ(OrmidaJobExecute(handle), k.code) << k.executeText;
+    char text[256];
+    size_t size = 1;  // the capacity is deliberately not consulted
+    ASSERT_EQ(OrmidaJobGetErrorText(handle, text, &size), ORMIDA_OK);
+    EXPECT_STREQ(text, k.executeText);
+    EXPECT_EQ(size, std::strlen(k.executeText) + 1);
+    job.throwInPrepare_ = true;
+    ASSERT_EQ(OrmidaJobGetErrorText(handle, text, &size), ORMIDA_OK);
+    EXPECT_STREQ(text, k.getErrorText);
+  }
 }
-
-TEST_P(ExceptionConversionTest, GetErrorTextConvertsFailuresOfItsPreparation) {
-  ThrowingJob job(GetParam().thrower);
-  job.throwInPrepare_ = true;
-  const TestHandle handle(job);
-  char text[256];
-  size_t size = sizeof text;
-  ASSERT_EQ(OrmidaJobGetErrorText(handle, text, &size), ORMIDA_OK);
-  EXPECT_STREQ(text, GetParam().getErrorText);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Cases, ExceptionConversionTest,
-    ::testing::Values(
-        ConversionCase{"QentException",
-                       [] { throw qent::base::QentException(20020, "bad option"); }, 20020,
-                       "error in OrmidaJobExecute: bad option", "error in getError: bad option"},
-        ConversionCase{"QentExceptionWithoutMessage",
-                       [] { throw qent::base::QentException(20039, ""); }, 20039,
-                       "error in OrmidaJobExecute: Unknown exception",
-                       "error in getError: Unknown exception"},
-        ConversionCase{"RuntimeError", [] { throw std::runtime_error("disk on fire"); }, 9,
-                       "error in OrmidaJobExecute: disk on fire",
-                       "error in getError: disk on fire"},
-        ConversionCase{"InvalidArgumentIsNotARuntimeError",
-                       [] { throw std::invalid_argument("invalid stoi argument"); }, 9,
-                       "undefined error in OrmidaJobExecute", "error in getError"},
-        ConversionCase{"NotAnException", [] { throw 42; }, 9,
-                       "undefined error in OrmidaJobExecute", "error in getError"}),
-    [](const auto& testInfo) { return std::string(testInfo.param.label); });
 
 TEST(ExportsTest, ErrorTextIsEmptyBeforeAFailureAndItsSizeCanBeAsked) {
   Job job;

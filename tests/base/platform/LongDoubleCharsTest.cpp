@@ -97,15 +97,13 @@ std::string printed(double value, std::chars_format format, int precision) {
   return std::string(buffer, result.ptr);
 }
 
+// Values a double cannot hold, under a decimal-comma locale; the rest is compared with
+// double below.
 TEST(LongDoubleToCharsTest, PrintsAPointUnderADecimalCommaLocale) {
   const qent::test::ScopedGermanLocale german;
   if (!german.active()) GTEST_SKIP() << "no German locale installed";
-  EXPECT_EQ(printed(3.25L, std::chars_format::fixed, 6), "3.250000");
-  EXPECT_EQ(printed(-3.25L, std::chars_format::scientific, 3), "-3.250e+00");
-  EXPECT_EQ(printed(3.25L, std::chars_format::general, 6), "3.25");
   EXPECT_EQ(printed(12345678901234567890.0L, std::chars_format::fixed, 2),
             "12345678901234567890.00");
-  EXPECT_EQ(printed(7.0L, std::chars_format::fixed, 0), "7");
   EXPECT_EQ(printed(-std::numeric_limits<long double>::infinity(), std::chars_format::fixed, 6),
             "-inf");
   EXPECT_EQ(qent::base::formatFixed6(0.5L), "0.500000");
