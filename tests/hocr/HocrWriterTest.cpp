@@ -99,72 +99,63 @@ struct XPathCase {
   const char* xpath;  // evaluated as a string
   const char* want;
 };
-void PrintTo(const XPathCase& k, std::ostream* out) { *out << k.label; }
-
-class HocrWriterXPathTest : public ::testing::TestWithParam<XPathCase> {};
-TEST_P(HocrWriterXPathTest, WritesTheElement) {
-  const std::string written = HocrWriter().write(*parseLayout(GetParam().tree));
-  pugi::xml_document document;
-  ASSERT_TRUE(document.load_string(written.c_str())) << written;
-  EXPECT_EQ(pugi::xpath_query(GetParam().xpath).evaluate_string(document), GetParam().want)
-      << written;
-  EXPECT_EQ(hocrStructureProblems(written), std::vector<std::string>()) << written;
+TEST(HocrWriterTest, WritesEachDecision) {
+  const XPathCase cases[] = {
+      {"GeneratedIdAvoidsLaterId", "Page{Word#1,Word#word_1_1}",
+       "(//span[@class='ocrx_word'])[1]/@id", "word_1_2"},
+      {"UnusablePageId", "Content:node{Page#1,Page#2}",
+       "concat(//div[@class='ocr_page'][1]/@id,' ',//div[@class='ocr_page'][2]/@id)",
+       "page_1 page_2"},
+      {"BoxTextWrittenWhenIdReplaced", "Page{Box#9:ocr_carea[0,0,1,1]\"9\"}",
+       "concat(//div[@class='ocr_carea']/@id,' ',//div[@class='ocr_carea'])", "block_1_1 9"},
+      {"PlainBoxNameIsElement", "Box:span[0,0,5,5]", "name(//body/*)", "span"},
+      {"BoxNamedLikeAWordStaysABox", "Content:node{Box:ocrx_word[0,0,5,5]}", "//body/div/@class",
+       "ocrx_box"},
+      {"CleanedKeyDoesNotShadowAnother", "Word(conf=5,@\"\\x06x_wconf\"=bad,@x_wconf=5)",
+       "//span/@title", "x_wconf 5"},
+      {"UnknownContentIsDivWithClass", "Content:node{Content:region}", "//body/div/@class",
+       "region"},
+      {"ClassReadBackStaysClass", "Content:node{Content:em(@class=em)}",
+       "concat(name(//body/*),' ',//body/*/@class)", "div em"},
+      {"RootWithOwnDataKeepsItsElement", "Content#r:node{Page}",
+       "concat(//body/div/@class,' ',//body/div/@id)", "node r"},
+      {"OddBboxSpellingReplaced", "Word[5,8,5,12](@bbox=\"5 8 +10 20 7\")", "//span/@title",
+       "bbox 5 8 10 20"},
+      {"ContentBboxOutsideTitle", "Content:node{Content:x(@bbox=\"1 2 3 4\")}",
+       "concat(//div[@class='x']/@bbox,'|',count(//div[@class='x']/@title))", "1 2 3 4|0"},
+      {"ReversedBboxNormalised", "Word[5,8,5,12](@bbox=\"10 20 5 8\")", "//span/@title",
+       "bbox 5 8 10 20"},
+      {"EditedRectWins", "Word[5,8,5,13](@bbox=\"10 20 5 8\")", "//span/@title", "bbox 5 8 10 21"},
+      {"StoredConfidenceSpellingKept", "Word(conf=93,@x_wconf=93.0)", "//span/@title",
+       "x_wconf 93.0"},
+      {"GlyphMeanConfidence", "Word{Glyph\"a\"(conf=80),Glyph\"b\"(conf=90),Glyph\"c\"}",
+       "//span/@title", "x_wconf 85; x_bboxes 0 0 0 0 0 0 0 0 0 0 0 0; x_confs 80 90 -1"},
+      // The reader splits a style at ";", so a family must not bring one.
+      {"SemicolonInFontFamilyReplaced", "Word(family=\"A;B\")", "//span/@style",
+       "font-family: A,B"},
+      {"StoredStyleKept", "Word(weight=3,@style=\"font-weight:bold\")", "//span/@style",
+       "font-weight:bold"},
+      {"EditedStyleRegenerated", "Word(weight=2,@style=\"font-weight:bold\")", "//span/@style",
+       "font-weight: normal"},
+      {"UnknownPropertyInTitle", "Word(@x_foo=\"1 2\",@hardbreak=\"\")", "//span/@title",
+       "hardbreak; x_foo 1 2"},
+      {"ForbiddenControlCharactersRemoved", "Word\"a\\x01b\\x1f\"", "string(//span)", "ab"},
+      {"PageTitleOrder", "Page(w=10,h=20,angle=1.5,pnum=3){Image\"i.png\"}", "//div/@title",
+       "image i.png; bbox 0 0 10 20; ppageno 3; textangle 1.5"},
+      {"HugePageSizeClamped", "Page(w=4294967291,h=5)", "//div/@title", "bbox 0 0 2147483647 5"},
+      {"GlyphOutsideWord", "Line{Glyph[1,1,1,1]\"g\"(conf=50)}",
+       "//div[@class='ocrx_cinfo']/@title", "bbox 1 1 2 2; x_conf 50"},
+      {"BodyRootTakesItsAttributes", "Content#b:body(@x_foo=1){Page,Page}",
+       "concat(//body/@id,' ',//body/@title,' ',count(//body/div))", "b x_foo 1 2"}};
+  for (const XPathCase& k : cases) {
+    const std::string written = HocrWriter().write(*parseLayout(k.tree));
+    pugi::xml_document document;
+    ASSERT_TRUE(document.load_string(written.c_str())) << k.label << "\n" << written;
+    EXPECT_EQ(pugi::xpath_query(k.xpath).evaluate_string(document), k.want)
+        << k.label << "\n" << written;
+    EXPECT_EQ(hocrStructureProblems(written), std::vector<std::string>()) << k.label;
+  }
 }
-INSTANTIATE_TEST_SUITE_P(
-    Cases, HocrWriterXPathTest,
-    ::testing::Values(
-        XPathCase{"GeneratedIdAvoidsLaterId", "Page{Word#1,Word#word_1_1}",
-                  "(//span[@class='ocrx_word'])[1]/@id", "word_1_2"},
-        XPathCase{"UnusablePageId", "Content:node{Page#1,Page#2}",
-                  "concat(//div[@class='ocr_page'][1]/@id,' ',//div[@class='ocr_page'][2]/@id)",
-                  "page_1 page_2"},
-        XPathCase{"BoxTextWrittenWhenIdReplaced", "Page{Box#9:ocr_carea[0,0,1,1]\"9\"}",
-                  "concat(//div[@class='ocr_carea']/@id,' ',//div[@class='ocr_carea'])",
-                  "block_1_1 9"},
-        XPathCase{"PlainBoxNameIsElement", "Box:span[0,0,5,5]", "name(//body/*)", "span"},
-        XPathCase{"BoxNamedLikeAWordStaysABox", "Content:node{Box:ocrx_word[0,0,5,5]}",
-                  "//body/div/@class", "ocrx_box"},
-        XPathCase{"CleanedKeyDoesNotShadowAnother", "Word(conf=5,@\"\\x06x_wconf\"=bad,@x_wconf=5)",
-                  "//span/@title", "x_wconf 5"},
-        XPathCase{"UnknownContentIsDivWithClass", "Content:node{Content:region}",
-                  "//body/div/@class", "region"},
-        XPathCase{"ClassReadBackStaysClass", "Content:node{Content:em(@class=em)}",
-                  "concat(name(//body/*),' ',//body/*/@class)", "div em"},
-        XPathCase{"RootWithOwnDataKeepsItsElement", "Content#r:node{Page}",
-                  "concat(//body/div/@class,' ',//body/div/@id)", "node r"},
-        XPathCase{"OddBboxSpellingReplaced", "Word[5,8,5,12](@bbox=\"5 8 +10 20 7\")",
-                  "//span/@title", "bbox 5 8 10 20"},
-        XPathCase{"ContentBboxOutsideTitle", "Content:node{Content:x(@bbox=\"1 2 3 4\")}",
-                  "concat(//div[@class='x']/@bbox,'|',count(//div[@class='x']/@title))",
-                  "1 2 3 4|0"},
-        XPathCase{"ReversedBboxNormalised", "Word[5,8,5,12](@bbox=\"10 20 5 8\")",
-                  "//span/@title", "bbox 5 8 10 20"},
-        XPathCase{"EditedRectWins", "Word[5,8,5,13](@bbox=\"10 20 5 8\")", "//span/@title",
-                  "bbox 5 8 10 21"},
-        XPathCase{"StoredConfidenceSpellingKept", "Word(conf=93,@x_wconf=93.0)",
-                  "//span/@title", "x_wconf 93.0"},
-        XPathCase{"GlyphMeanConfidence",
-                  "Word{Glyph\"a\"(conf=80),Glyph\"b\"(conf=90),Glyph\"c\"}", "//span/@title",
-                  "x_wconf 85; x_bboxes 0 0 0 0 0 0 0 0 0 0 0 0; x_confs 80 90 -1"},
-        // The reader splits a style at ";", so a family must not bring one.
-        XPathCase{"SemicolonInFontFamilyReplaced", "Word(family=\"A;B\")", "//span/@style",
-                  "font-family: A,B"},
-        XPathCase{"StoredStyleKept", "Word(weight=3,@style=\"font-weight:bold\")",
-                  "//span/@style", "font-weight:bold"},
-        XPathCase{"EditedStyleRegenerated", "Word(weight=2,@style=\"font-weight:bold\")",
-                  "//span/@style", "font-weight: normal"},
-        XPathCase{"UnknownPropertyInTitle", "Word(@x_foo=\"1 2\",@hardbreak=\"\")",
-                  "//span/@title", "hardbreak; x_foo 1 2"},
-        XPathCase{"ForbiddenControlCharactersRemoved", "Word\"a\\x01b\\x1f\"",
-                  "string(//span)", "ab"},
-        XPathCase{"PageTitleOrder", "Page(w=10,h=20,angle=1.5,pnum=3){Image\"i.png\"}",
-                  "//div/@title", "image i.png; bbox 0 0 10 20; ppageno 3; textangle 1.5"},
-        XPathCase{"HugePageSizeClamped", "Page(w=4294967291,h=5)", "//div/@title",
-                  "bbox 0 0 2147483647 5"},
-        XPathCase{"GlyphOutsideWord", "Line{Glyph[1,1,1,1]\"g\"(conf=50)}",
-                  "//div[@class='ocrx_cinfo']/@title", "bbox 1 1 2 2; x_conf 50"},
-        XPathCase{"BodyRootTakesItsAttributes", "Content#b:body(@x_foo=1){Page,Page}",
-                  "concat(//body/@id,' ',//body/@title,' ',count(//body/div))", "b x_foo 1 2"}));
 
 TEST(HocrWriterTest, CloudOcrConfidencesScaledToPercent) {
   auto layout = parseLayout("Line(conf=0.5){Word(conf=0.93){Glyph(conf=0.25)}}");

@@ -84,17 +84,6 @@ TEST(ExecutionTest, MainDocumentFromMemoryFileListsAndPatternsToTheCallback) {
       << "absolute paths ignore the workspace";
 }
 
-TEST(ExecutionTest, RepeatedExecuteReloadsTheDocuments) {
-  TempDir dir;
-  dir.write("in.json", layoutNamed("before"));
-  Job job;
-  inWorkspace(job, dir, "in.json", "out.json");
-  ASSERT_EQ(job.execute(), ORMIDA_OK);
-  dir.write("in.json", layoutNamed("after"));
-  ASSERT_EQ(job.execute(), ORMIDA_OK);
-  EXPECT_EQ(readAll(dir / "out.json"), layoutNamed("after"));
-}
-
 TEST(ExecutionTest, UnsupportedFormatWritesNothingAndKeepsTheEarlierFile) {
   TempDir dir;
   dir.write("in.json", layoutNamed("x"));
@@ -157,14 +146,17 @@ TEST_P(BadInputTest, FailsWithAClearErrorAndKeepsTheEarlierOutput) {
 INSTANTIATE_TEST_SUITE_P(
     Cases, BadInputTest,
     ::testing::Values(
-        BadInputCase{"MissingFile", "InputFilename", "missing.json", ORMIDA_FAILED, "stat failed for file "},
+        BadInputCase{"MissingFile", "InputFilename", "missing.json", ORMIDA_FAILED,
+                     "stat failed for file "},
         BadInputCase{"EmptyFile", "InputFilename", "in.txt", ORMIDA_FAILED, "No document loaded: "},
-        BadInputCase{"BlankFile", "InputFilename", "blank.json", ORMIDA_FAILED, "No document loaded: "},
-        BadInputCase{"Directory", "InputFilename", "folder.json", ORMIDA_FAILED, "reading error (errno "},
+        BadInputCase{"BlankFile", "InputFilename", "blank.json", ORMIDA_FAILED,
+                     "No document loaded: "},
+        BadInputCase{"Directory", "InputFilename", "folder.json", ORMIDA_FAILED,
+                     "reading error (errno "},
         BadInputCase{"PatternMatchesNothing", "InputFilename", "*.hocr", ORMIDA_FAILED,
                      "No document loaded: no file matches the pattern "},
-        BadInputCase{"PatternInMissingDirectory", "InputFilenamePattern", "nodir/*.json", ORMIDA_FAILED,
-                     "No document loaded: cannot list the directory "},
+        BadInputCase{"PatternInMissingDirectory", "InputFilenamePattern", "nodir/*.json",
+                     ORMIDA_FAILED, "No document loaded: cannot list the directory "},
         BadInputCase{"OnlySeparators", "InputFilename", ";;", ORMIDA_FAILED, "No document loaded"},
         BadInputCase{"AddressZero", "InputMemoryAddress", "0:10", ORMIDA_FAILED,
                      "InputMemoryAddress item 1 \"0:10\" has the address 0"},
@@ -176,18 +168,19 @@ INSTANTIATE_TEST_SUITE_P(
                      "InputMemoryAddress item 1 \"4096:-1\" is not of the form"},
         BadInputCase{"HugeNumber", "InputMemoryAddress", "99999999999999999999999:1", ORMIDA_FAILED,
                      "InputMemoryAddress item 1 \"99999999999999999999999:1\" has a number"},
+        badContent("PlainTextHasNoLayoutToWrite", "just some text\n", ORMIDA_FAILED,
+                   "the main document "),
         badContent("JsonLayoutThatIsNotJson", R"({"root": [})", 20039,
                    "Failed to parse JSON layout"),
         badContent("HocrWithoutHtml", "<xml><body/></xml>", ORMIDA_ERROR_HOCR,
                    "No HOCR file found"),
         // Standard invalid-argument errors are not runtime errors: code 9 at the boundary.
         badContent("HocrWithABadNumber",
-                   "<html><body><span class='ocrx_word' title='x_wconf high'/></body></html>", ORMIDA_FAILED,
-                   "<undefined error in OrmidaJobExecute>"),
+                   "<html><body><span class='ocrx_word' title='x_wconf high'/></body></html>",
+                   ORMIDA_FAILED, "<undefined error in OrmidaJobExecute>"),
         badContent("WebAnnoRowThatIsNoToken", "#FORMAT=WebAnno TSV 3.2\n\n#Text=a\nnonsense\n",
-                   20001,
-                   "WebAnno TSV: row 4 is not a token row (a token id such as 1-3, a tab and "
-                   "offsets such as 0-5 must begin it): \"nonsense\""),
+                   20001, "WebAnno TSV: row 4 is not a token row (a token id such as 1-3, a tab "
+                          "and offsets such as 0-5 must begin it): \"nonsense\""),
         badContent("CloudOcrWordWithoutBox",
                    R"({"responses":[{"fullTextAnnotation":{"pages":[{"blocks":[{"paragraphs":[{"words":[{"symbols":[]}]}]}]}]}}]})",
                    20039, "Bounding box for a word is not found"),
@@ -225,31 +218,23 @@ TEST(ExecutionTest, CompareNeedsASecondDocument) {
   }
 }
 
-TEST(ExecutionTest, PlainTextMainDocumentHasNoLayoutToWrite) {
+TEST(ExecutionTest, RepeatedExecuteReloadsTheDocumentFromUtf8Utf16OrWithAByteOrderMark) {
   TempDir dir;
-  dir.write("notes.txt", "just some text\n");
   Job job;
-  inWorkspace(job, dir, "notes.txt", "out.json");
-  EXPECT_EQ(job.execute(), ORMIDA_FAILED);
-  EXPECT_NE(errorOf(job).find("is plain text and has no layout to write"), std::string::npos);
-}
-
-TEST(ExecutionTest, JsonLayoutComesOutByteIdenticalFromUtf8Utf16OrWithAByteOrderMark) {
-  const std::string layout = layoutNamed("Stra\xC3\x9F" "e");
-  std::string utf16 = "\xFF\xFE";
-  for (char16_t c : qent::test::u16(layout)) {
-    utf16.push_back(static_cast<char>(c & 0xFF));
-    utf16.push_back(static_cast<char>(c >> 8));
-  }
-  TempDir dir;
-  dir.write("utf8.json", layout);
-  dir.write("utf16.json", utf16);
-  dir.write("bom.json", "\xEF\xBB\xBF" + layout);
-  for (const char* name : {"utf8.json", "utf16.json", "bom.json"}) {
-    Job job;
-    inWorkspace(job, dir, name, "out.json");
+  inWorkspace(job, dir, "in.json", "out.json");
+  for (const std::string encoding : {"utf8", "utf16", "bom"}) {
+    const std::string layout = layoutNamed("Stra\xC3\x9F" "e " + encoding);
+    std::string bytes = encoding == "bom" ? "\xEF\xBB\xBF" + layout : layout;
+    if (encoding == "utf16") {
+      bytes = "\xFF\xFE";
+      for (char16_t c : qent::test::u16(layout)) {
+        bytes.push_back(static_cast<char>(c & 0xFF));
+        bytes.push_back(static_cast<char>(c >> 8));
+      }
+    }
+    dir.write("in.json", bytes);
     ASSERT_EQ(job.execute(), ORMIDA_OK) << job.errorText();
-    EXPECT_EQ(readAll(dir / "out.json"), layout) << name;
+    EXPECT_EQ(readAll(dir / "out.json"), layout) << encoding;
   }
 }
 
