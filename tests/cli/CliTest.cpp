@@ -1,5 +1,5 @@
-// CliTest.cpp - the ormida tool from the shell: properties in order, results printed,
-// errors on standard error with a non-zero exit status.
+// CliTest.cpp - the ormida tool from the shell: properties in order, results and the
+// comparison summary printed, errors on standard error with a non-zero exit status.
 #include "support/CliRunner.h"
 #include "support/TempDir.h"
 
@@ -15,6 +15,7 @@ using qent::test::TempDir;
 using qent::test::CliRun;
 using qent::test::runCli;
 
+const std::string kData = ORMIDA_TEST_DATA_DIR "/comparison/";
 const char* kLayout =
     R"({"root":{"children":[{"index_in_layout":0,"type":"page"}],"type":"node"}})";
 
@@ -70,14 +71,46 @@ TEST(CliTest, GetPrintsTheResultOrFails) {
   EXPECT_EQ(missing.status, 1);
   EXPECT_NE(missing.err.find("no result Compare.Result"), std::string::npos) << missing.err;
 
-  const std::string data = ORMIDA_TEST_DATA_DIR "/comparison/";
-  dir.write("ocr.json", readAll(data + "pages.left.json"));
-  dir.write("truth.json", readAll(data + "pages.right.json"));
+  dir.write("ocr.json", readAll(kData + "pages.left.json"));
+  dir.write("truth.json", readAll(kData + "pages.right.json"));
   const CliRun found = runCli("InputFilename=ocr.json Compare=true Compare.With=truth.json "
                               "Compare.TransformStrategy=None --get Compare.Result",
                               dir);
   EXPECT_EQ(found.status, 0) << found.err;
-  EXPECT_EQ(found.out, readAll(data + "pages-word.result.json") + "\n");
+  EXPECT_EQ(found.out, readAll(kData + "pages-word.result.json") + "\n");
+}
+
+TEST(CliTest, SummaryPrintsRatesErrorsAndF1PerPageAndWhereTheResultIs) {
+  TempDir dir;
+  dir.write("ocr.json", readAll(kData + "pages.left.json"));
+  dir.write("truth.json", readAll(kData + "pages.right.json"));
+  const CliRun run = runCli("WorkSpace=. InputFilename=ocr.json Compare=true "
+                          "Compare.With=truth.json Compare.TransformStrategy=None "
+                          "Compare.OutputFilename=result.json --summary",
+                          dir);
+  ASSERT_EQ(run.status, 0) << run.err;
+  // The figures of the golden result: 12 of 35 wrong on the left, 4 of 27 on the right.
+  EXPECT_EQ(run.out,
+            "Comparison at word level: recognition (left) against reference (right)\n"
+            "  recognition rate   65.71 % left,  85.19 % right\n"
+            "  errors            12 of 35 left, 4 of 27 right\n"
+            "  edits             12 (good 23)\n"
+            "  f1 measure        0.7419\n"
+            "\n"
+            "  page  rate left  rate right  errors left  errors right      f1\n"
+            "     1    85.19 %     85.19 %            4             4  0.8519\n"
+            "     2     0.00 %     missing            8             0  0.0000\n"
+            "\n"
+            "Full result: ./result.json\n");
+  EXPECT_EQ(readAll(dir / "result.json"), readAll(kData + "pages-word.result.json"));
+}
+
+TEST(CliTest, SummaryWithoutAComparisonSaysSo) {
+  TempDir dir;
+  dir.write("ocr.json", readAll(kData + "pages.left.json"));
+  const CliRun run = runCli("InputFilename=ocr.json --summary", dir);
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.err, "ormida: --summary: no comparison result (set Compare=true)\n");
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
 // HocrPropertiesTest.cpp - the hOCR title/style grammar: property maps, the stream-style
 // bbox numbers and the "\s+" split (both checked against the standard facilities they
-// replace), colours and version lists.
+// replace) and colours; version lists are read with the reader's meta elements.
 #include "hocr/HocrProperties.h"
 
 #include <gtest/gtest.h>
@@ -155,18 +155,6 @@ TEST(ParseColorTest, ReadsTheRgbForm) {
       {"rgb(1,2,)", "invalid stoi argument"},
       {"rgb(1,2,99999999999)", "stoi argument out of range"}};
   for (const auto& [text, want] : cases) EXPECT_EQ(colorOf(text), want) << text;
-}
-
-// --- versions ---------------------------------------------------------------------------
-
-using Versions = std::vector<std::pair<std::string, std::string>>;
-TEST(ParseVersionsTest, SplitsNameAndVersion) {
-  EXPECT_EQ(parseVersions("engine:4.1;other"),
-            (Versions{{"engine", "4.1"}, {"other", "other"}}));
-  EXPECT_EQ(parseVersions(" tesseract 5.5.1 "),
-            (Versions{{"tesseract 5.5.1", "tesseract 5.5.1"}}));
-  EXPECT_EQ(parseVersions("a:b:c; ;x:"), (Versions{{"a", "b:c"}, {"", ""}, {"x", ""}}));
-  EXPECT_EQ(parseVersions(""), (Versions{{"", ""}}));
 }
 
 }  // namespace

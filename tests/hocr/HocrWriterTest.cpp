@@ -71,26 +71,6 @@ TEST(HocrWriterGoldenTest, RichAndEmptyLayouts) {
   }
 }
 
-TEST(HocrWriterTest, GoldenRichLayoutReadsBack) {
-  // What the reader makes of the written file, stated once: ids, texts, typed fields and the
-  // attributes the writer had to route elsewhere.
-  const auto read = PugiHocrReader().read(HocrWriter().write(*richLayout()));
-  const std::string tree = dump(*read);
-  for (const char* part :
-       {"Page#p1(w=800,h=600,lang=eng,@bbox=\"0 0 800 600\",@image=\"\\\"scan 1.png\\\"\",@lang=eng)",
-        "Box:ocr_carea[10,10,500,200](@bbox=\"10 10 510 210\")", "Box#par_a:ocr_par[10,10,500,90]\"par_a\"",
-        "Word#word_1_1[140,10,30,30]\"ab\"", "@x_bboxes=\"140 10 150 40 150 10 170 40\"",
-        "@x_confs=\"90 -1\"", "Line#line_1_1[10,50,400,30](angle=90",
-        "Word#w9[10,50,40,30]\"x;y\"(sens=0.5,entity=\"PER,LOC\"", "@semi=\"a;b\"",
-        "Box#t1:ocrx_table[20,120,300,60]\"t1\"", "Box#b7:ocr_photo[20,190,100,10]\"caption\"",
-        "Box:ocr_image[500,300,100,100]", "Box:ocrx_field[600,400,50,20]\"field\"",
-        "Content:em{Content:br}", "Page#p2(w=800,h=600,index=1,pnum=1,"}) {
-    EXPECT_NE(tree.find(part), std::string::npos) << part << "\nin " << tree;
-  }
-  EXPECT_EQ(tree.find("bad key"), std::string::npos);
-  EXPECT_EQ(read->versions(), (Layout::Versions{{"tesseract", "5.3.0"}, {"custom", "custom"}}));
-}
-
 // --- single decisions, checked on the written document by XPath --------------------------
 
 struct XPathCase {

@@ -91,11 +91,12 @@ TEST(HocrReaderTest, BuildsTheTree) {
 TEST(HocrReaderTest, ReadsVersionsAndModules) {
   const std::string text =
       document("<div class='ocr_page'/>",
-               "<meta name='ocr-system' content='engine:4.1;other'/>"
+               "<meta name='ocr-system' content='engine:4.1:b;other; ;x:'/>"
                "<meta name='ocr-modules' content='mod_a mod_b'/>");
   const auto layout = PugiHocrReader().read(text);
   using Versions = Layout::Versions;
-  EXPECT_EQ(layout->versions(), (Versions{{"engine", "4.1"}, {"other", "other"}}));
+  EXPECT_EQ(layout->versions(),
+            (Versions{{"engine", "4.1:b"}, {"other", "other"}, {"", ""}, {"x", ""}}));
   EXPECT_EQ(layout->format(), 1u);
   EXPECT_EQ(qent::test::dump(*layout), "Page(@additional_versions=\"mod_a mod_b\")");
   EXPECT_EQ(readBody("")->versions(), (Versions{{"", ""}})) << "no ocr-system meta";

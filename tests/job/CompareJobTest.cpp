@@ -130,6 +130,9 @@ INSTANTIATE_TEST_SUITE_P(
                     "Text or Entity"},
         FailureCase{"InputFilename", "flat.json", 20020,
                     "error in OrmidaJobExecute: Width or Height of Rectangle must be > 0"},
+        // A reference that does not load falls back to the main document, the only one.
+        FailureCase{"Compare.With", "missing.json", ORMIDA_FAILED,
+                    "error in OrmidaJobExecute: No CompareWidth document loaded"},
         FailureCase{"Compare.With", "notes.txt", ORMIDA_FAILED,
                     "error in OrmidaJobExecute: Layout comparison needs two layouts; "}),
     [](const auto& param) { return "Case" + std::to_string(param.index); });

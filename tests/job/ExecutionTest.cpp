@@ -109,8 +109,8 @@ TEST(ExecutionTest, UnsupportedFormatWritesNothingAndKeepsTheEarlierFile) {
             2);
 }
 
-// Every input that cannot be loaded or read fails with the loader's or the reader's code
-// and text, and the output written by an earlier run stays as it was.
+// Every input that cannot be loaded or read, and every operation that cannot run on it,
+// fails with its code and text, and the output written by an earlier run stays as it was.
 struct BadInputCase {
   const char* label;
   const char* property;
@@ -129,11 +129,13 @@ class BadInputTest : public ::testing::TestWithParam<BadInputCase> {};
 TEST_P(BadInputTest, FailsWithAClearErrorAndKeepsTheEarlierOutput) {
   TempDir dir;
   dir.write("in.txt", GetParam().content);
+  dir.write("good.json", layoutNamed("good"));  // the input of rows that name no input
   dir.write("blank.json", " \n\t ");
   dir.write("out.json", "earlier output");
   std::filesystem::create_directories(dir / "folder.json");
   Job job;
   job.set("WorkSpace", dir.path().string());
+  job.set("InputFilename", "good.json");
   job.set(GetParam().property, GetParam().value);
   job.set("OutputFilename", "out.json");
   job.set("OutputFilename.Format", "json");
@@ -155,7 +157,7 @@ INSTANTIATE_TEST_SUITE_P(
                      "reading error (errno "},
         BadInputCase{"PatternMatchesNothing", "InputFilename", "*.hocr", ORMIDA_FAILED,
                      "No document loaded: no file matches the pattern "},
-        BadInputCase{"PatternInMissingDirectory", "InputFilenamePattern", "nodir/*.json",
+        BadInputCase{"PatternInMissingDirectory", "InputFilename", "nodir/*.json",
                      ORMIDA_FAILED, "No document loaded: cannot list the directory "},
         BadInputCase{"OnlySeparators", "InputFilename", ";;", ORMIDA_FAILED, "No document loaded"},
         BadInputCase{"AddressZero", "InputMemoryAddress", "0:10", ORMIDA_FAILED,
@@ -168,6 +170,10 @@ INSTANTIATE_TEST_SUITE_P(
                      "InputMemoryAddress item 1 \"4096:-1\" is not of the form"},
         BadInputCase{"HugeNumber", "InputMemoryAddress", "99999999999999999999999:1", ORMIDA_FAILED,
                      "InputMemoryAddress item 1 \"99999999999999999999999:1\" has a number"},
+        BadInputCase{"OperationNotBuilt", "EntityExtraction", "true", 20020,
+                     "Entity extraction (EntityExtraction) is not available in this build"},
+        BadInputCase{"CompareWithoutASecondDocument", "Compare", "true", ORMIDA_FAILED,
+                     "No CompareWidth document loaded"},
         badContent("PlainTextHasNoLayoutToWrite", "just some text\n", ORMIDA_FAILED,
                    "the main document "),
         badContent("JsonLayoutThatIsNotJson", R"({"root": [})", 20039,
@@ -189,34 +195,6 @@ INSTANTIATE_TEST_SUITE_P(
         badContent("CloudOcrThatIsNotJson", R"({"fullTextAnnotation": {"pages": [}})", 20039,
                    "Incorrect format")),
     [](const auto& testInfo) { return std::string(testInfo.param.label); });
-
-TEST(ExecutionTest, MissingOperationsFailWithTheirNames) {
-  TempDir dir;
-  dir.write("in.json", layoutNamed("x"));
-  const std::pair<const char*, const char*> switches[] = {
-      {"EntityExtraction", "Entity extraction (EntityExtraction)"},
-      {"AddressRecognition", "Address recognition (AddressRecognition)"}};
-  for (const auto& [property, operation] : switches) {
-    Job job;
-    inWorkspace(job, dir, "in.json");
-    job.set(property, "true");
-    EXPECT_EQ(job.execute(), 20020u) << property;
-    EXPECT_EQ(errorOf(job), std::string(operation) + " is not available in this build of Ormida");
-  }
-}
-
-TEST(ExecutionTest, CompareNeedsASecondDocument) {
-  TempDir dir;
-  dir.write("in.json", layoutNamed("x"));
-  Job job;
-  inWorkspace(job, dir, "in.json");
-  job.set("Compare", "true");
-  for (const char* with : {"", "missing.json"}) {  // a With that does not load falls back
-    job.set("Compare.With", with);
-    EXPECT_EQ(job.execute(), ORMIDA_FAILED);
-    EXPECT_EQ(errorOf(job), "No CompareWidth document loaded") << with;
-  }
-}
 
 TEST(ExecutionTest, RepeatedExecuteReloadsTheDocumentFromUtf8Utf16OrWithAByteOrderMark) {
   TempDir dir;

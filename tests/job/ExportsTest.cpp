@@ -14,6 +14,8 @@
 #include <stdexcept>
 #include <vector>
 
+extern "C" int ormidaCApiRoundTrip(void);  // exports_c_test.c, compiled as C
+
 namespace {
 
 using qent::test::Job;
@@ -203,5 +205,8 @@ TEST(ExportsTest, ErrorTextIsEmptyBeforeAFailureAndItsSizeCanBeAsked) {
   EXPECT_EQ(OrmidaJobGetErrorText(job.handle(), nullptr, &size), ORMIDA_OK);
   EXPECT_EQ(size, std::strlen("error in OrmidaJobExecute: No Main document loaded") + 1);
 }
+
+// The caller written in C keeps the header valid C.
+TEST(ExportsTest, CallerWrittenInCRunsAJob) { EXPECT_EQ(ormidaCApiRoundTrip(), 0); }
 
 }  // namespace

@@ -1,7 +1,14 @@
-// FormatConversionTest.cpp - WebAnno TSV and cloud-OCR answers through the C interface:
-// conversions between the formats (the readers' errors are in ExecutionTest's table).
+// FormatConversionTest.cpp - hOCR, WebAnno TSV and cloud-OCR answers through the C
+// interface: conversions between the formats (the readers' errors are in ExecutionTest's
+// table).
 #include "ormida/ormida.h"
 
+#include "base/Unicode.h"
+#include "hocr/HocrWriter.h"
+#include "hocr/PugiHocrReader.h"
+#include "layout/Layout.h"
+#include "layout/Node.h"
+#include "layout/format/PlainTextWriter.h"
 #include "support/JobApi.h"
 #include "support/TempDir.h"
 
@@ -24,8 +31,8 @@ extern "C" void collectText(const char* bytes, size_t count, uint64_t userdata, 
       ->emplace_back(bytes, count);
 }
 
-// Runs one job over `input` (a file in `dir`) with the given output formats delivered to the
-// memory callback; returns the texts in format order.
+// Runs one job over `input` (a file in `dir`) with the given output formats (none: the
+// default) delivered to the memory callback; returns the texts in format order.
 std::vector<std::string> convert(const TempDir& dir, const std::string& input,
                                  const std::string& formats) {
   std::vector<std::string> texts;
@@ -34,9 +41,21 @@ std::vector<std::string> convert(const TempDir& dir, const std::string& input,
   job.set("InputFilename", input);
   job.set("MemoryOutputCallback", std::to_string(reinterpret_cast<uintptr_t>(&collectText)));
   job.set("MemoryOutputUserdata", std::to_string(reinterpret_cast<uintptr_t>(&texts)));
-  job.set("OutputFilename.Format", formats);
+  if (!formats.empty()) job.set("OutputFilename.Format", formats);
   EXPECT_EQ(job.execute(), ORMIDA_OK) << job.errorText();
   return texts;
+}
+
+TEST(FormatConversionTest, HocrInputToHocrByDefaultAndToPlainText) {
+  TempDir dir;
+  const std::string input = readAll(ORMIDA_SOURCE_DIR "/data/samples/hocr-letter-deu-tesseract.hocr");
+  dir.write("page.hocr", input);
+  const auto layout = qent::text::hocr::PugiHocrReader().read(input);
+  EXPECT_EQ(convert(dir, "page.hocr", ""),
+            std::vector<std::string>{qent::text::hocr::HocrWriter().write(*layout)});
+  EXPECT_EQ(convert(dir, "page.hocr", "txtutf8"),
+            std::vector<std::string>{qent::base::utf16ToUtf8(
+                qent::text::layout::format::PlainTextWriter().write(*layout))});
 }
 
 TEST(FormatConversionTest, WebAnnoComesBackIdenticalThroughTheCallback) {

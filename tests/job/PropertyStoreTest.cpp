@@ -1,4 +1,5 @@
-// PropertyStoreTest.cpp - how set values are stored and read as booleans and numbers.
+// PropertyStoreTest.cpp - how set values are stored and read as booleans and numbers, and
+// the exact lookup of property names.
 #include "job/PropertyStore.h"
 
 #include "job/OrmidaJob.h"
@@ -7,7 +8,9 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
 #include <stdexcept>
+#include <string>
 
 namespace {
 
@@ -75,6 +78,23 @@ TEST(PropertyStoreTest, TypedReadsOfPlainProperties) {
   EXPECT_EQ(store.integer(kPageWidth, 7), -3);
   store.setPlain(kPageWidth, u"wide");
   EXPECT_THROW(store.integer(kPageWidth, 7), std::invalid_argument);
+}
+
+TEST(PropertyTableTest, NamesAndNumbersAreOneToOneAndLookupIsExact) {
+  std::set<std::string> names;
+  for (std::uint32_t i = 0; i < kPropertyCount; ++i) {
+    names.emplace(propertyName(i));
+    if (i > 0) {
+      EXPECT_EQ(propertyNumber(propertyName(i)), i) << propertyName(i);
+    }
+  }
+  EXPECT_EQ(names.size(), std::size_t{kPropertyCount});
+  EXPECT_EQ(propertyName(kPropertyCount), "__Unknown");
+  for (const std::string_view name : {std::string_view("compare"), std::string_view("Compare "),
+                                      std::string_view(""), std::string_view("__Unknown"),
+                                      std::string_view("Compare\0x", 9)}) {
+    EXPECT_EQ(propertyNumber(name), kUnknownProperty) << name;
+  }
 }
 
 }  // namespace
