@@ -29,41 +29,33 @@ TEST(NumberConversionTest, ParsesIntegersLikeStoi) {
   }
 }
 
-struct ErrorCase {
-  const char* label;
-  std::function<void()> call;
-  bool outOfRange;
-  const char* text;
-};
-void PrintTo(const ErrorCase& k, std::ostream* out) { *out << k.label; }
-class NumberErrorTest : public ::testing::TestWithParam<ErrorCase> {};
-TEST_P(NumberErrorTest, ThrowsTheStandardTypeWithTheFixedText) {
-  try {
-    GetParam().call();
-    FAIL() << "no exception";
-  } catch (const std::out_of_range& e) {
-    EXPECT_TRUE(GetParam().outOfRange);
-    EXPECT_STREQ(e.what(), GetParam().text);
-  } catch (const std::invalid_argument& e) {
-    EXPECT_FALSE(GetParam().outOfRange);
-    EXPECT_STREQ(e.what(), GetParam().text);
+// The standard exception types (out_of_range for the texts that say so, else
+// invalid_argument) with the texts the system has always given.
+TEST(NumberConversionTest, ErrorsAreTheStandardTypesWithFixedTexts) {
+  const std::pair<std::function<void()>, const char*> cases[] = {
+      {[] { parseInt(""); }, "invalid stoi argument"},
+      {[] { parseInt("2147483648"); }, "stoi argument out of range"},
+      {[] { parseInt("-2147483649"); }, "stoi argument out of range"},
+      {[] { parseUnsigned("x1"); }, "invalid stoul argument"},
+      {[] { parseUnsigned("4294967296"); }, "stoul argument out of range"},
+      {[] { parseDouble("+-1"); }, "invalid stod argument"},
+      {[] { parseDouble("1e999"); }, "stod argument out of range"},
+      {[] { parseFloat("1e40"); }, "stof argument out of range"},
+      {[] { parseFloat("zero"); }, "invalid stof argument"}};
+  for (const auto& [call, text] : cases) {
+    const bool range = std::string(text).find("out of range") != std::string::npos;
+    try {
+      call();
+      ADD_FAILURE() << "no exception for " << text;
+    } catch (const std::out_of_range& e) {
+      EXPECT_TRUE(range) << e.what();
+      EXPECT_STREQ(e.what(), text);
+    } catch (const std::invalid_argument& e) {
+      EXPECT_FALSE(range) << e.what();
+      EXPECT_STREQ(e.what(), text);
+    }
   }
 }
-INSTANTIATE_TEST_SUITE_P(
-    Cases, NumberErrorTest,
-    ::testing::Values(
-        ErrorCase{"IntEmpty", [] { parseInt(""); }, false, "invalid stoi argument"},
-        ErrorCase{"IntTooBig", [] { parseInt("2147483648"); }, true, "stoi argument out of range"},
-        ErrorCase{"IntTooSmall", [] { parseInt("-2147483649"); }, true,
-                  "stoi argument out of range"},
-        ErrorCase{"UnsignedLetters", [] { parseUnsigned("x1"); }, false, "invalid stoul argument"},
-        ErrorCase{"UnsignedTooBig", [] { parseUnsigned("4294967296"); }, true,
-                  "stoul argument out of range"},
-        ErrorCase{"DoubleSigns", [] { parseDouble("+-1"); }, false, "invalid stod argument"},
-        ErrorCase{"DoubleTooBig", [] { parseDouble("1e999"); }, true, "stod argument out of range"},
-        ErrorCase{"FloatTooBig", [] { parseFloat("1e40"); }, true, "stof argument out of range"},
-        ErrorCase{"FloatWord", [] { parseFloat("zero"); }, false, "invalid stof argument"}),
-    [](const auto& testInfo) { return std::string(testInfo.param.label); });
 
 TEST(NumberConversionTest, ParsesUnsignedLikeStrtoulAndDoublesLikeStrtod) {
   EXPECT_EQ(parseUnsigned("4294967295"), 4294967295u);

@@ -119,82 +119,73 @@ struct BadInputCase {
   const char* error;  // how errorOf() starts
   std::string content = "";  // of in.txt, for the readers' errors
 };
-void PrintTo(const BadInputCase& k, std::ostream* out) { *out << k.label; }
 
 BadInputCase badContent(const char* label, std::string content, uint32_t code, const char* error) {
   return {label, "InputFilename", "in.txt", code, error, std::move(content)};
 }
 
-class BadInputTest : public ::testing::TestWithParam<BadInputCase> {};
-TEST_P(BadInputTest, FailsWithAClearErrorAndKeepsTheEarlierOutput) {
-  TempDir dir;
-  dir.write("in.txt", GetParam().content);
-  dir.write("good.json", layoutNamed("good"));  // the input of rows that name no input
-  dir.write("blank.json", " \n\t ");
-  dir.write("out.json", "earlier output");
-  std::filesystem::create_directories(dir / "folder.json");
-  Job job;
-  job.set("WorkSpace", dir.path().string());
-  job.set("InputFilename", "good.json");
-  job.set(GetParam().property, GetParam().value);
-  job.set("OutputFilename", "out.json");
-  job.set("OutputFilename.Format", "json");
-  EXPECT_EQ(job.execute(), GetParam().code);
-  const std::string error = errorOf(job);
-  EXPECT_EQ(error.rfind(GetParam().error, 0), 0u) << error;
-  EXPECT_EQ(readAll(dir / "out.json"), "earlier output");
+TEST(ExecutionTest, BadInputFailsWithAClearErrorAndKeepsTheEarlierOutput) {
+  const BadInputCase cases[] = {
+      {"MissingFile", "InputFilename", "missing.json", ORMIDA_FAILED, "stat failed for file "},
+      {"EmptyFile", "InputFilename", "in.txt", ORMIDA_FAILED, "No document loaded: "},
+      {"BlankFile", "InputFilename", "blank.json", ORMIDA_FAILED, "No document loaded: "},
+      {"Directory", "InputFilename", "folder.json", ORMIDA_FAILED, "reading error (errno "},
+      {"PatternMatchesNothing", "InputFilename", "*.hocr", ORMIDA_FAILED,
+       "No document loaded: no file matches the pattern "},
+      {"PatternInMissingDirectory", "InputFilename", "nodir/*.json", ORMIDA_FAILED,
+       "No document loaded: cannot list the directory "},
+      {"OnlySeparators", "InputFilename", ";;", ORMIDA_FAILED, "No document loaded"},
+      {"AddressZero", "InputMemoryAddress", "0:10", ORMIDA_FAILED,
+       "InputMemoryAddress item 1 \"0:10\" has the address 0"},
+      {"SizeZero", "InputMemoryAddress", "4096:0", ORMIDA_FAILED,
+       "InputMemoryAddress item 1 \"4096:0\" has the size 0"},
+      {"MalformedItem", "InputMemoryAddress", "12345", ORMIDA_FAILED,
+       "InputMemoryAddress item 1 \"12345\" is not of the form ADDRESS:SIZE"},
+      {"NegativeSize", "InputMemoryAddress", "4096:-1", ORMIDA_FAILED,
+       "InputMemoryAddress item 1 \"4096:-1\" is not of the form"},
+      {"HugeNumber", "InputMemoryAddress", "99999999999999999999999:1", ORMIDA_FAILED,
+       "InputMemoryAddress item 1 \"99999999999999999999999:1\" has a number"},
+      {"OperationNotBuilt", "EntityExtraction", "true", 20020,
+       "Entity extraction (EntityExtraction) is not available in this build"},
+      {"CompareWithoutASecondDocument", "Compare", "true", ORMIDA_FAILED,
+       "No CompareWidth document loaded"},
+      badContent("PlainTextHasNoLayoutToWrite", "just some text\n", ORMIDA_FAILED,
+                 "the main document "),
+      badContent("JsonLayoutThatIsNotJson", R"({"root": [})", 20039, "Failed to parse JSON layout"),
+      badContent("HocrWithoutHtml", "<xml><body/></xml>", ORMIDA_ERROR_HOCR, "No HOCR file found"),
+      // Standard invalid-argument errors are not runtime errors: code 9 at the boundary.
+      badContent("HocrWithABadNumber",
+                 "<html><body><span class='ocrx_word' title='x_wconf high'/></body></html>",
+                 ORMIDA_FAILED, "<undefined error in OrmidaJobExecute>"),
+      badContent("WebAnnoRowThatIsNoToken", "#FORMAT=WebAnno TSV 3.2\n\n#Text=a\nnonsense\n",
+                 20001, "WebAnno TSV: row 4 is not a token row (a token id such as 1-3, a tab "
+                 "and offsets such as 0-5 must begin it): \"nonsense\""),
+      badContent("CloudOcrWordWithoutBox",
+                 R"({"responses":[{"fullTextAnnotation":{"pages":[{"blocks":[{"paragraphs":[{"words":[{"symbols":[]}]}]}]}]}}]})",
+                 20039, "Bounding box for a word is not found"),
+      badContent("CloudOcrWithoutAnnotation", R"({"responses":[{"error":{"code":7}}]})", 20039,
+                 "Incorrect format"),
+      badContent("CloudOcrThatIsNotJson", R"({"fullTextAnnotation": {"pages": [}})", 20039,
+                 "Incorrect format")};
+  for (const BadInputCase& k : cases) {
+    TempDir dir;
+    dir.write("in.txt", k.content);
+    dir.write("good.json", layoutNamed("good"));  // the input of rows that name no input
+    dir.write("blank.json", " \n\t ");
+    dir.write("out.json", "earlier output");
+    std::filesystem::create_directories(dir / "folder.json");
+    Job job;
+    job.set("WorkSpace", dir.path().string());
+    job.set("InputFilename", "good.json");
+    job.set(k.property, k.value);
+    job.set("OutputFilename", "out.json");
+    job.set("OutputFilename.Format", "json");
+    EXPECT_EQ(job.execute(), k.code) << k.label;
+    const std::string error = errorOf(job);
+    EXPECT_EQ(error.rfind(k.error, 0), 0u) << k.label << ": " << error;
+    EXPECT_EQ(readAll(dir / "out.json"), "earlier output") << k.label;
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Cases, BadInputTest,
-    ::testing::Values(
-        BadInputCase{"MissingFile", "InputFilename", "missing.json", ORMIDA_FAILED,
-                     "stat failed for file "},
-        BadInputCase{"EmptyFile", "InputFilename", "in.txt", ORMIDA_FAILED, "No document loaded: "},
-        BadInputCase{"BlankFile", "InputFilename", "blank.json", ORMIDA_FAILED,
-                     "No document loaded: "},
-        BadInputCase{"Directory", "InputFilename", "folder.json", ORMIDA_FAILED,
-                     "reading error (errno "},
-        BadInputCase{"PatternMatchesNothing", "InputFilename", "*.hocr", ORMIDA_FAILED,
-                     "No document loaded: no file matches the pattern "},
-        BadInputCase{"PatternInMissingDirectory", "InputFilename", "nodir/*.json",
-                     ORMIDA_FAILED, "No document loaded: cannot list the directory "},
-        BadInputCase{"OnlySeparators", "InputFilename", ";;", ORMIDA_FAILED, "No document loaded"},
-        BadInputCase{"AddressZero", "InputMemoryAddress", "0:10", ORMIDA_FAILED,
-                     "InputMemoryAddress item 1 \"0:10\" has the address 0"},
-        BadInputCase{"SizeZero", "InputMemoryAddress", "4096:0", ORMIDA_FAILED,
-                     "InputMemoryAddress item 1 \"4096:0\" has the size 0"},
-        BadInputCase{"MalformedItem", "InputMemoryAddress", "12345", ORMIDA_FAILED,
-                     "InputMemoryAddress item 1 \"12345\" is not of the form ADDRESS:SIZE"},
-        BadInputCase{"NegativeSize", "InputMemoryAddress", "4096:-1", ORMIDA_FAILED,
-                     "InputMemoryAddress item 1 \"4096:-1\" is not of the form"},
-        BadInputCase{"HugeNumber", "InputMemoryAddress", "99999999999999999999999:1", ORMIDA_FAILED,
-                     "InputMemoryAddress item 1 \"99999999999999999999999:1\" has a number"},
-        BadInputCase{"OperationNotBuilt", "EntityExtraction", "true", 20020,
-                     "Entity extraction (EntityExtraction) is not available in this build"},
-        BadInputCase{"CompareWithoutASecondDocument", "Compare", "true", ORMIDA_FAILED,
-                     "No CompareWidth document loaded"},
-        badContent("PlainTextHasNoLayoutToWrite", "just some text\n", ORMIDA_FAILED,
-                   "the main document "),
-        badContent("JsonLayoutThatIsNotJson", R"({"root": [})", 20039,
-                   "Failed to parse JSON layout"),
-        badContent("HocrWithoutHtml", "<xml><body/></xml>", ORMIDA_ERROR_HOCR,
-                   "No HOCR file found"),
-        // Standard invalid-argument errors are not runtime errors: code 9 at the boundary.
-        badContent("HocrWithABadNumber",
-                   "<html><body><span class='ocrx_word' title='x_wconf high'/></body></html>",
-                   ORMIDA_FAILED, "<undefined error in OrmidaJobExecute>"),
-        badContent("WebAnnoRowThatIsNoToken", "#FORMAT=WebAnno TSV 3.2\n\n#Text=a\nnonsense\n",
-                   20001, "WebAnno TSV: row 4 is not a token row (a token id such as 1-3, a tab "
-                          "and offsets such as 0-5 must begin it): \"nonsense\""),
-        badContent("CloudOcrWordWithoutBox",
-                   R"({"responses":[{"fullTextAnnotation":{"pages":[{"blocks":[{"paragraphs":[{"words":[{"symbols":[]}]}]}]}]}}]})",
-                   20039, "Bounding box for a word is not found"),
-        badContent("CloudOcrWithoutAnnotation", R"({"responses":[{"error":{"code":7}}]})", 20039,
-                   "Incorrect format"),
-        badContent("CloudOcrThatIsNotJson", R"({"fullTextAnnotation": {"pages": [}})", 20039,
-                   "Incorrect format")),
-    [](const auto& testInfo) { return std::string(testInfo.param.label); });
 
 TEST(ExecutionTest, RepeatedExecuteReloadsTheDocumentFromUtf8Utf16OrWithAByteOrderMark) {
   TempDir dir;
