@@ -51,12 +51,6 @@ TEST(UnicodeTest, LenientConversionReplacesInsteadOfFailing) {
   EXPECT_EQ(utf16ToUtf8Lenient(u"😀"), "\xF0\x9F\x98\x80");
 }
 
-TEST(UnicodeTest, AsciiCaseFolding) {
-  EXPECT_TRUE(equalsIgnoreAsciiCase("HoCr", "hocr"));
-  EXPECT_FALSE(equalsIgnoreAsciiCase("hocr", "hoc"));
-  EXPECT_EQ(toLowerAscii("WebAnno"), "webanno");
-}
-
 std::size_t reference(std::string_view text) {
   const auto bad = utf8::find_invalid(text.begin(), text.end());
   return bad == text.end() ? std::string_view::npos

@@ -52,15 +52,6 @@ TEST(PropertyMapTest, SplitsTitleAndStyle) {
   }
 }
 
-TEST(PropertyMapTest, TakeHandsAValueOutOnceButKeepsTheAttribute) {
-  PropertyMap map;
-  map.addTitle("bbox 1 2 3 4; x_wconf 93");
-  EXPECT_EQ(map.take("bbox"), "1 2 3 4");
-  EXPECT_FALSE(map.contains("bbox"));
-  EXPECT_EQ(map.take("bbox"), "");
-  EXPECT_EQ(entriesOf(map).at("bbox"), "1 2 3 4");
-}
-
 TEST(PropertyMapTest, ManyDistinctKeysStayFast) {
   // A hostile title with 200,000 pieces must not take quadratic time.
   std::string title;

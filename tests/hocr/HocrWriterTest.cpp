@@ -78,6 +78,7 @@ struct XPathCase {
   const char* tree;
   const char* xpath;  // evaluated as a string
   const char* want;
+  std::uint32_t format = 0;  // of the layout; 3: cloud OCR, whose confidences are fractions
 };
 TEST(HocrWriterTest, WritesEachDecision) {
   const XPathCase cases[] = {
@@ -126,9 +127,14 @@ TEST(HocrWriterTest, WritesEachDecision) {
       {"GlyphOutsideWord", "Line{Glyph[1,1,1,1]\"g\"(conf=50)}",
        "//div[@class='ocrx_cinfo']/@title", "bbox 1 1 2 2; x_conf 50"},
       {"BodyRootTakesItsAttributes", "Content#b:body(@x_foo=1){Page,Page}",
-       "concat(//body/@id,' ',//body/@title,' ',count(//body/div))", "b x_foo 1 2"}};
+       "concat(//body/@id,' ',//body/@title,' ',count(//body/div))", "b x_foo 1 2"},
+      {"CloudOcrConfidencesScaledToPercent", "Line(conf=0.5){Word(conf=0.93){Glyph(conf=0.25)}}",
+       "concat(//span[@class='ocr_line']/@title,'|',//span[@class='ocrx_word']/@title)",
+       "x_lconf 50|x_wconf 93; x_bboxes 0 0 0 0; x_confs 25", 3}};
   for (const XPathCase& k : cases) {
-    const std::string written = HocrWriter().write(*parseLayout(k.tree));
+    const auto layout = parseLayout(k.tree);
+    layout->setFormat(k.format);
+    const std::string written = HocrWriter().write(*layout);
     pugi::xml_document document;
     ASSERT_TRUE(document.load_string(written.c_str())) << k.label << "\n" << written;
     EXPECT_EQ(pugi::xpath_query(k.xpath).evaluate_string(document), k.want)
@@ -136,17 +142,6 @@ TEST(HocrWriterTest, WritesEachDecision) {
     EXPECT_EQ(hocrStructureProblems(written), std::vector<std::string>()) << k.label;
   }
 }
-
-TEST(HocrWriterTest, CloudOcrConfidencesScaledToPercent) {
-  auto layout = parseLayout("Line(conf=0.5){Word(conf=0.93){Glyph(conf=0.25)}}");
-  layout->setFormat(3);
-  const std::string written = HocrWriter().write(*layout);
-  EXPECT_NE(written.find("x_lconf 50"), std::string::npos) << written;
-  EXPECT_NE(written.find("x_wconf 93; x_bboxes 0 0 0 0; x_confs 25"), std::string::npos)
-      << written;
-}
-
-// --- the reader gives written trees back ---------------------------------------------------
 
 // Random trees, built from their dump, of every node class with ids, texts, fields and
 // attributes drawn from small pools that hold the awkward cases: unusable and repeated ids,
@@ -166,33 +161,28 @@ std::string some(std::mt19937& random, const Pool& pool, unsigned most) {
 }
 
 std::string randomNode(std::mt19937& random, int depth) {
-  static const char* const kClasses[] = {"Content", "Content", "Page",  "Box",     "Line", "Word",
-                                         "Word",    "Glyph",   "Field", "Picture", "Node"};
-  static const char* const kIds[] = {"",    "",          "",           "#n1",     "#n1",
-                                     "#1",  "#\"a b\"",  "#word_1_1",  "#block_1_1",
-                                     "#page_1", "#\"p\xC3\xA9\""};
-  static const char* const kTypes[] = {"",          ":node",   ":body",   ":div",
-                                       ":span",     ":br",     ":ocr_carea", ":ocr_par",
-                                       ":ocrx_table", ":region", ":em",   ":ocrx_word",
-                                       ":\"\\x06ocr_line\"", ":ocr_page"};
-  static const char* const kTexts[] = {"",           "\"word\"",   "\"x;y\"",
-                                       "\"  pad  \"", "\"\xC3\xA4\xE2\x82\xAC\"", "\"a\\x01b\"",
-                                       "\"\\\"q\\\" <&>\"", "\"line_1_1\"", "\"1\""};
-  static const char* const kRects[] = {"", "", "[0,0,5,5]", "[-20,10,0,3]",
-                                       "[2147483600,500,99,1]", "[10,1,0,0]"};
-  static const char* const kAttributes[] = {
-      "@x_foo=\"1 2 3 4\"", "@lang=\"a;b\"", "@dir=rtl", "@bbox=\"1 2 3 4\"", "@x_wconf=x",
-      "@style=\"font-weight: bold\"", "@class=bold", "@\"\"=1", "@\"a b\"=\" pad \"",
-      "@image=\"\"", "@font-weight=bold", "@ppageno=-7", "@x_size=99999999999", "@title=1",
-      "@id=x", "@\"xml:lang\"=x", "@data-x=\"rgb(1,2,3)\"", "@x_bboxes=\"1 2 3 4\"",
-      "@\"\\x06x_wconf\"=1", "@\"\\x06bbox\"=\"1 2 3 4\"", "@poly=\"a;b\""};
-  static const char* const kFragmentFields[] = {
-      "conf=93",   "conf=1e-07",  "conf=0.5",        "size=12345.678",    "family=\"x;y\"",
-      "family=word", "style=3",   "weight=4",        "color=\"7 0 255\"", "bg=\"1 200 3\"",
-      "angle=-1",  "base=\"0.5 -1\"", "poly=\"2147483600 2;3 0\"", "sens=0.5", "entity=PER",
-      "entity=\"a;b\""};
+  static const char* const kClasses[] = {"Content", "Content", "Page", "Box", "Line", "Word",
+      "Word", "Glyph", "Field", "Picture", "Node"};
+  static const char* const kIds[] = {"", "", "", "#n1", "#n1", "#1", "#\"a b\"", "#word_1_1",
+      "#block_1_1", "#page_1", "#\"p\xC3\xA9\""};
+  static const char* const kTypes[] = {"", ":node", ":body", ":div", ":span", ":br", ":ocr_carea",
+      ":ocr_par", ":ocrx_table", ":region", ":em", ":ocrx_word", ":\"\\x06ocr_line\"", ":ocr_page"};
+  static const char* const kTexts[] = {"", "\"word\"", "\"x;y\"", "\"  pad  \"",
+      "\"\xC3\xA4\xE2\x82\xAC\"", "\"a\\x01b\"", "\"\\\"q\\\" <&>\"", "\"line_1_1\"", "\"1\""};
+  static const char* const kRects[] = {"", "", "[0,0,5,5]", "[-20,10,0,3]", "[2147483600,500,99,1]",
+      "[10,1,0,0]"};
+  static const char* const kAttributes[] = {"@x_foo=\"1 2 3 4\"", "@lang=\"a;b\"", "@dir=rtl",
+      "@bbox=\"1 2 3 4\"", "@x_wconf=x", "@style=\"font-weight: bold\"", "@class=bold", "@\"\"=1",
+      "@\"a b\"=\" pad \"", "@image=\"\"", "@font-weight=bold", "@ppageno=-7",
+      "@x_size=99999999999", "@title=1", "@id=x", "@\"xml:lang\"=x", "@data-x=\"rgb(1,2,3)\"",
+      "@x_bboxes=\"1 2 3 4\"", "@\"\\x06x_wconf\"=1", "@\"\\x06bbox\"=\"1 2 3 4\"",
+      "@poly=\"a;b\""};
+  static const char* const kFragmentFields[] = {"conf=93", "conf=1e-07", "conf=0.5",
+      "size=12345.678", "family=\"x;y\"", "family=word", "style=3", "weight=4", "color=\"7 0 255\"",
+      "bg=\"1 200 3\"", "angle=-1", "base=\"0.5 -1\"", "poly=\"2147483600 2;3 0\"", "sens=0.5",
+      "entity=PER", "entity=\"a;b\""};
   static const char* const kPageFields[] = {"w=2147483600", "h=2999", "lang=deu", "angle=0.5",
-                                            "pnum=2"};
+      "pnum=2"};
   static const char* const kLineFields[] = {"asc=93", "desc=-1", "gh=0.5"};
   static const char* const kWordFields[] = {"checked=2", "rejected=1099511627776"};
   static const char* const kBoxFields[] = {"kind=3", "kind=12", "kind=29"};
