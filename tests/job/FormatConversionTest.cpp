@@ -69,18 +69,6 @@ TEST(FormatConversionTest, WebAnnoComesBackIdenticalThroughTheCallback) {
             "Rechnung Nr. 2024-117\nHerrn J\xC3\xBCrgen M\xC3\xBCller\n\n1.234 EUR \xE2\x82\xAC\n");
 }
 
-TEST(FormatConversionTest, SensitiveMarksReachTheJsonLayout) {
-  TempDir dir;
-  dir.write("in.tsv",
-            "#FORMAT=WebAnno TSV 3.2\n\n#Text=Hello world\n1-1\t0-5\tHello\t_\n"
-            "1-2\t6-11\tworld\tsensitive[12]\n");
-  const std::vector<std::string> texts = convert(dir, "in.tsv", "json");
-  ASSERT_EQ(texts.size(), 1u);
-  EXPECT_NE(texts[0].find(R"("attributes":{"x_entity":"other 12","x_sensibility":1.0})"),
-            std::string::npos)
-      << texts[0];
-}
-
 TEST(FormatConversionTest, CloudOcrAnswerToSeveralFormatsWithTheirExtensions) {
   TempDir dir;
   dir.write("answer.json", readAll(kDataDir + "/cloud-ocr/hand-made.json"));
