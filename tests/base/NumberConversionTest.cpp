@@ -15,18 +15,11 @@ namespace {
 
 using namespace qent::base;
 
-struct IntCase {
-  const char* text;
-  std::int32_t value;
-};
 TEST(NumberConversionTest, ParsesIntegersLikeStoi) {
-  for (const IntCase& k : {IntCase{"42", 42}, IntCase{"  -17", -17}, IntCase{"+8", 8},
-                           IntCase{"12abc", 12}, IntCase{"\t\n7 ", 7}, IntCase{"007", 7},
-                           IntCase{"2147483647", 2147483647},
-                           IntCase{"-2147483648", std::numeric_limits<std::int32_t>::min()},
-                           IntCase{"3.9", 3}}) {
-    EXPECT_EQ(parseInt(k.text), k.value) << k.text;
-  }
+  const std::pair<const char*, std::int32_t> cases[] = {
+      {"42", 42}, {"  -17", -17}, {"+8", 8}, {"12abc", 12}, {"\t\n7 ", 7}, {"007", 7}, {"3.9", 3},
+      {"2147483647", 2147483647}, {"-2147483648", std::numeric_limits<std::int32_t>::min()}};
+  for (const auto& [text, value] : cases) EXPECT_EQ(parseInt(text), value) << text;
 }
 
 // The standard exception types (out_of_range for the texts that say so, else

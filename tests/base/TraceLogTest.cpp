@@ -21,25 +21,18 @@ using qent::test::readAll;
 using qent::test::ScopedEnvironment;
 using qent::test::TempDir;
 
-std::vector<std::string> linesOf(const std::string& text) {
-  std::vector<std::string> lines;
+// The message of each line, after the time stamp, tag and thread number (a line without
+// them is kept whole); every line must end with CRLF.
+std::vector<std::string> messagesOf(const std::string& text) {
+  std::vector<std::string> messages;
   std::size_t start = 0;
-  while (start < text.size()) {
-    const std::size_t end = text.find("\r\n", start);
-    if (end == std::string::npos) {
-      lines.push_back(text.substr(start) + "<no CRLF>");
-      break;
-    }
-    lines.push_back(text.substr(start, end - start));
-    start = end + 2;
+  for (std::size_t end; (end = text.find("\r\n", start)) != std::string::npos; start = end + 2) {
+    const std::string line = text.substr(start, end - start);
+    const std::size_t close = line.find("] ", line.find(" [", 24));
+    messages.push_back(close == std::string::npos ? line : line.substr(close + 2));
   }
-  return lines;
-}
-
-// The message of a line, after the time stamp, tag and thread number.
-std::string messageOf(const std::string& line) {
-  const std::size_t close = line.find("] ", line.find(" [", 24));
-  return close == std::string::npos ? line : line.substr(close + 2);
+  if (start < text.size()) messages.push_back(text.substr(start) + "<no CRLF>");
+  return messages;
 }
 
 TEST(TraceLogTest, ThresholdFromName) {
@@ -82,13 +75,13 @@ TEST(TraceLogTest, EnvironmentVariableOpensTheLogForEachJob) {
     EXPECT_FALSE(TraceLog::isOn());
   }
   EXPECT_FALSE(std::filesystem::exists(second)) << "the second file is never created";
-  std::vector<std::string> messages;
-  for (const auto& line : linesOf(readAll(first))) messages.push_back(messageOf(line));
-  EXPECT_EQ(messages, (std::vector<std::string>{
-                          "LOG INIT called and we have now 1 logs active", "Ormida 1.7.0 64 bit",
-                          "LOG INIT called and we have now 2 logs active", "Ormida 1.7.0 64 bit",
-                          "LOG SHUTDOWN called and we have now 2 logs active",
-                          "LOG SHUTDOWN called and we have now 1 logs active"}));
+  EXPECT_EQ(messagesOf(readAll(first)),
+            (std::vector<std::string>{"LOG INIT called and we have now 1 logs active",
+                                      "Ormida 1.7.0 64 bit",
+                                      "LOG INIT called and we have now 2 logs active",
+                                      "Ormida 1.7.0 64 bit",
+                                      "LOG SHUTDOWN called and we have now 2 logs active",
+                                      "LOG SHUTDOWN called and we have now 1 logs active"}));
   EXPECT_NE(readAll(first).find(" [INIT] "), std::string::npos);
 
   ScopedEnvironment empty("QENT_TEXTTRACE", "");
@@ -124,11 +117,11 @@ TEST(TraceLogTest, JobsAndLevelsDecideWhatReachesTheFile) {
   EXPECT_FALSE(std::filesystem::exists("ignored-second-name.log"));
 
   const std::string text = readAll(file);
-  const auto lines = linesOf(text);
-  ASSERT_GE(lines.size(), 4u);
-  EXPECT_EQ(lines[0], "earlier line");
-  EXPECT_EQ(messageOf(lines[1]), "============== Appending to old log file");
-  EXPECT_EQ(messageOf(lines[2]), "LOG INIT called and we have now 1 logs active");
+  const auto messages = messagesOf(text);
+  ASSERT_GE(messages.size(), 4u);
+  EXPECT_EQ(messages[0], "earlier line");
+  EXPECT_EQ(messages[1], "============== Appending to old log file");
+  EXPECT_EQ(messages[2], "LOG INIT called and we have now 1 logs active");
   for (const std::string& line :
        {"] setting property for job [" + address + "]: Compare.Level value: \"Glyph\"\r\n",
         " [ERROR] " + thread + "invalid argument in float property invalid stof argument\r\n",
@@ -153,30 +146,6 @@ TEST(TraceLogTest, UnopenableTraceFileIsABadArgument) {
     EXPECT_EQ(std::string(e.what()).rfind(
                   "file is busy or not exist or its path is too long (errno: ", 0),
               0u);
-  }
-}
-
-TEST(TraceLogTest, ThreadsNeverInterleaveWithinALine) {
-  TempDir dir;
-  const auto file = dir / "t.log";
-  TraceLog::open(file.string(), "");
-  std::vector<std::thread> threads;
-  for (int t = 0; t < 4; ++t) {
-    threads.emplace_back([t] {
-      for (int i = 0; i < 200; ++i) {
-        TraceLog::write(std::string(50, static_cast<char>('a' + t)), qent::base::kTraceInfo);
-      }
-    });
-  }
-  for (auto& thread : threads) thread.join();
-  TraceLog::close();
-  // A line broken by another thread's text would not be found whole.
-  const std::string text = readAll(file);
-  for (const char letter : {'a', 'b', 'c', 'd'}) {
-    const std::string line = "] " + std::string(50, letter) + "\r\n";
-    int count = 0;
-    for (auto at = text.find(line); at != std::string::npos; at = text.find(line, at + 1)) ++count;
-    EXPECT_EQ(count, 200) << letter;
   }
 }
 

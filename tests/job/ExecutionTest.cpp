@@ -1,6 +1,6 @@
 // ExecutionTest.cpp - one execution through the C interface: loading inputs from files,
-// patterns and memory, writing outputs to files and the callback, and the errors of the
-// loaders and of every reader.
+// patterns and memory, writing outputs, and the errors of the loaders, writers and every
+// reader (the output callback is used in FormatConversionTest).
 #include "ormida/ormida.h"
 
 #include "support/JobApi.h"
@@ -42,36 +42,26 @@ std::string errorOf(Job& job) {
   return text.rfind("error in OrmidaJobExecute: ", 0) == 0 ? text.substr(27) : "<" + text + ">";
 }
 
-// Collects the texts given to the output callback; a call with a non-zero reserved argument
-// is recorded as such.
-extern "C" void captureOutput(const char* bytes, size_t count, uint64_t userdata,
-                              uint32_t reserved) {
-  reinterpret_cast<std::vector<std::string>*>(static_cast<uintptr_t>(userdata))
-      ->push_back(reserved == 0 ? std::string(bytes, count) : "reserved is not 0");
-}
-
 std::string addressOf(const std::string& text) {
   return std::to_string(reinterpret_cast<uintptr_t>(text.data())) + ":" +
          std::to_string(text.size());
 }
 
-TEST(ExecutionTest, MainDocumentFromMemoryFileListsAndPatternsToTheCallback) {
+TEST(ExecutionTest, MainDocumentFromMemoryFileListsAndPatterns) {
   TempDir dir;
   for (const char* name : {"b.json", "a.json", "c.json", "a.txt"}) {
     dir.write(std::string("in/") + name, layoutNamed(name));
   }
-  // The main document's text as given to the callback; `file` is set before `property`.
+  // The main document's text as written; `file` is set before `property`.
   auto run = [&](const char* property, const std::string& value, const char* file = nullptr) {
-    std::vector<std::string> texts;
     Job job;
     job.set("WorkSpace", dir.path().string());
     if (file != nullptr) job.set("InputFilename", file);
     job.set(property, value);
-    job.set("MemoryOutputCallback", std::to_string(reinterpret_cast<uintptr_t>(&captureOutput)));
-    job.set("MemoryOutputUserdata", std::to_string(reinterpret_cast<uintptr_t>(&texts)));
+    job.set("OutputFilename", "out.json");
     job.set("OutputFilename.Format", "JSON");
     EXPECT_EQ(job.execute(), ORMIDA_OK) << job.errorText();
-    return texts.size() == 1 ? texts[0] : std::to_string(texts.size()) + " texts";
+    return readAll(dir / "out.json");
   };
   const std::string first = layoutNamed("first"), second = layoutNamed("second");
   EXPECT_EQ(run("InputMemoryAddress", addressOf(first) + ";" + addressOf(second), "in/b.json"),
@@ -84,33 +74,9 @@ TEST(ExecutionTest, MainDocumentFromMemoryFileListsAndPatternsToTheCallback) {
       << "absolute paths ignore the workspace";
 }
 
-TEST(ExecutionTest, UnsupportedFormatWritesNothingAndKeepsTheEarlierFile) {
-  TempDir dir;
-  dir.write("in.json", layoutNamed("x"));
-  dir.write("out.json", "earlier output");
-  for (const char* formats : {"pdf", "json;pdf", "", ";"}) {
-    Job job;
-    inWorkspace(job, dir, "in.json");
-    job.set("OutputFilename", "out.json");
-    job.set("OutputFilename.Format", formats);
-    EXPECT_EQ(job.execute(), ORMIDA_FAILED) << formats;
-    EXPECT_EQ(errorOf(job), "unsupported output format specified") << formats;
-  }
-  // A writer that fails once its file is open leaves neither a truncated file nor the
-  // temporary one behind.
-  Job job;
-  inWorkspace(job, dir, "in.json");
-  job.set("OutputFilename", "out.json");
-  job.set("OutputFilename.Format", "html");
-  EXPECT_EQ(job.execute(), 20020u);
-  EXPECT_EQ(readAll(dir / "out.json"), "earlier output");
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path()),
-                          std::filesystem::directory_iterator()),
-            2);
-}
-
-// Every input that cannot be loaded or read, and every operation that cannot run on it,
-// fails with its code and text, and the output written by an earlier run stays as it was.
+// Every input that cannot be loaded or read, every output that cannot be written and every
+// operation that cannot run fails with its code and text, and the output written by an
+// earlier run stays as it was.
 struct BadInputCase {
   const char* label;
   const char* property;
@@ -145,6 +111,16 @@ TEST(ExecutionTest, BadInputFailsWithAClearErrorAndKeepsTheEarlierOutput) {
        "InputMemoryAddress item 1 \"4096:-1\" is not of the form"},
       {"HugeNumber", "InputMemoryAddress", "99999999999999999999999:1", ORMIDA_FAILED,
        "InputMemoryAddress item 1 \"99999999999999999999999:1\" has a number"},
+      // Formats are all checked before anything is written; a writer that fails once its
+      // file is open leaves neither a truncated file nor the temporary one behind.
+      {"UnknownFormat", "OutputFilename.Format", "pdf", ORMIDA_FAILED,
+       "unsupported output format specified"},
+      {"UnknownFormatInAList", "OutputFilename.Format", "json;pdf", ORMIDA_FAILED,
+       "unsupported output format specified"},
+      {"NoFormat", "OutputFilename.Format", ";", ORMIDA_FAILED,
+       "unsupported output format specified"},
+      {"WriterNotBuilt", "OutputFilename.Format", "html", 20020,
+       "HTML output is not available in this build"},
       {"OperationNotBuilt", "EntityExtraction", "true", 20020,
        "Entity extraction (EntityExtraction) is not available in this build"},
       {"CompareWithoutASecondDocument", "Compare", "true", ORMIDA_FAILED,
@@ -177,13 +153,15 @@ TEST(ExecutionTest, BadInputFailsWithAClearErrorAndKeepsTheEarlierOutput) {
     Job job;
     job.set("WorkSpace", dir.path().string());
     job.set("InputFilename", "good.json");
-    job.set(k.property, k.value);
     job.set("OutputFilename", "out.json");
     job.set("OutputFilename.Format", "json");
+    job.set(k.property, k.value);
     EXPECT_EQ(job.execute(), k.code) << k.label;
     const std::string error = errorOf(job);
     EXPECT_EQ(error.rfind(k.error, 0), 0u) << k.label << ": " << error;
     EXPECT_EQ(readAll(dir / "out.json"), "earlier output") << k.label;
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path()), {}), 5)
+        << k.label << ": a temporary file was left";
   }
 }
 

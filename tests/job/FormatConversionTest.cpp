@@ -26,9 +26,12 @@ using qent::test::TempDir;
 
 const std::string kDataDir = ORMIDA_TEST_DATA_DIR;
 
-extern "C" void collectText(const char* bytes, size_t count, uint64_t userdata, uint32_t) {
+// Collects the texts given to the output callback; a call with a non-zero reserved argument
+// is recorded as such.
+extern "C" void collectText(const char* bytes, size_t count, uint64_t userdata,
+                            uint32_t reserved) {
   reinterpret_cast<std::vector<std::string>*>(static_cast<uintptr_t>(userdata))
-      ->emplace_back(bytes, count);
+      ->push_back(reserved == 0 ? std::string(bytes, count) : "reserved is not 0");
 }
 
 // Runs one job over `input` (a file in `dir`) with the given output formats (none: the
