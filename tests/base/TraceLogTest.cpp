@@ -139,14 +139,7 @@ TEST(TraceLogTest, UnopenableTraceFileIsABadArgument) {
   EXPECT_EQ(job.set("TraceFilename", (dir / "no" / "such" / "dir.log").string()),
             ORMIDA_BAD_ARGUMENT);
   EXPECT_FALSE(TraceLog::isOn());
-  try {
-    TraceLog::open((dir / "missing" / "x.log").string(), "");
-    ADD_FAILURE() << "opened a file in a missing folder";
-  } catch (const std::runtime_error& e) {
-    EXPECT_EQ(std::string(e.what()).rfind(
-                  "file is busy or not exist or its path is too long (errno: ", 0),
-              0u);
-  }
+  EXPECT_THROW(TraceLog::open((dir / "missing" / "x.log").string(), ""), std::runtime_error);
 }
 
 }  // namespace

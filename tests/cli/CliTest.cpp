@@ -7,6 +7,8 @@
 
 #if !defined(_WIN32)
 
+#include <tuple>
+
 namespace {
 
 using qent::test::readAll;
@@ -19,15 +21,11 @@ const std::string kData = ORMIDA_TEST_DATA_DIR "/comparison/";
 const char* kLayout =
     R"({"root":{"children":[{"index_in_layout":0,"type":"page"}],"type":"node"}})";
 
-TEST(CliTest, PrintsTheVersion) {
+TEST(CliTest, PrintsTheVersionAndConvertsWithAValueReadFromAFile) {
   TempDir dir;
-  const CliRun run = runCli("--version", dir);
-  EXPECT_EQ(run.status, 0);
-  EXPECT_EQ(run.out, "Ormida 1.7.0.170980\n");
-}
-
-TEST(CliTest, ConvertsAJsonLayoutWithAValueReadFromAFile) {
-  TempDir dir;
+  const CliRun version = runCli("--version", dir);
+  EXPECT_EQ(version.status, 0);
+  EXPECT_EQ(version.out, "Ormida 1.7.0.170980\n");
   dir.write("x.json", kLayout);
   dir.write("format.txt", "json");
   const CliRun run =
@@ -36,31 +34,22 @@ TEST(CliTest, ConvertsAJsonLayoutWithAValueReadFromAFile) {
   EXPECT_EQ(readAll(dir / "y.json"), kLayout);
 }
 
-TEST(CliTest, FailureGoesToStandardErrorWithTheCode) {
-  TempDir dir;
-  const CliRun run = runCli("InputFilename=missing.json", dir);
-  EXPECT_EQ(run.status, 1);
-  EXPECT_NE(run.err.find("error in OrmidaJobExecute: stat failed for file "), std::string::npos)
-      << run.err;
-  EXPECT_NE(run.err.find("(code 9)"), std::string::npos) << run.err;
-}
-
-TEST(CliTest, UsageErrors) {
-  TempDir dir;
-  EXPECT_EQ(runCli("Nonsense=1", dir).status, 2);
-  EXPECT_NE(runCli("Nonsense=1", dir).err.find("unknown property Nonsense"), std::string::npos);
-  EXPECT_EQ(runCli("novalue", dir).status, 2);
-  EXPECT_EQ(runCli("WorkSpace=@missing-file", dir).status, 2);
-  EXPECT_EQ(runCli("", dir).status, 2);
-}
-
-TEST(CliTest, GetOfAMissingResultFails) {
+TEST(CliTest, FailuresGoToStandardErrorWithAStatus) {
   TempDir dir;
   dir.write("x.json", kLayout);
-  const CliRun missing = runCli("InputFilename=x.json --get Compare.Result", dir);
-  EXPECT_EQ(missing.status, 1);
-  EXPECT_NE(missing.err.find("no result Compare.Result"), std::string::npos) << missing.err;
-
+  const std::tuple<const char*, int, const char*> cases[] = {
+      {"InputFilename=missing.json", 1, "error in OrmidaJobExecute: stat failed for file "},
+      {"InputFilename=missing.json", 1, "(code 9)"},
+      {"InputFilename=x.json --get Compare.Result", 1, "ormida: no result Compare.Result\n"},
+      {"InputFilename=x.json --summary", 1,
+       "ormida: --summary: no comparison result (set Compare=true)\n"},
+      {"Nonsense=1", 2, "unknown property Nonsense"},
+      {"novalue", 2, ""}, {"WorkSpace=@missing-file", 2, ""}, {"", 2, ""}};
+  for (const auto& [arguments, status, error] : cases) {
+    const CliRun run = runCli(arguments, dir);
+    EXPECT_EQ(run.status, status) << arguments;
+    EXPECT_NE(run.err.find(error), std::string::npos) << arguments << ": " << run.err;
+  }
 }
 
 TEST(CliTest, GetPrintsTheResultAndSummaryTheRatesErrorsAndF1PerPage) {
@@ -88,14 +77,6 @@ TEST(CliTest, GetPrintsTheResultAndSummaryTheRatesErrorsAndF1PerPage) {
             "\n"
             "Full result: ./result.json\n");
   EXPECT_EQ(readAll(dir / "result.json"), readAll(kData + "pages-word.result.json"));
-}
-
-TEST(CliTest, SummaryWithoutAComparisonSaysSo) {
-  TempDir dir;
-  dir.write("ocr.json", readAll(kData + "pages.left.json"));
-  const CliRun run = runCli("InputFilename=ocr.json --summary", dir);
-  EXPECT_EQ(run.status, 1);
-  EXPECT_EQ(run.err, "ormida: --summary: no comparison result (set Compare=true)\n");
 }
 
 }  // namespace

@@ -84,9 +84,6 @@ TEST(HocrWriterTest, WritesEachDecision) {
   const XPathCase cases[] = {
       {"GeneratedIdAvoidsLaterId", "Page{Word#1,Word#word_1_1}",
        "(//span[@class='ocrx_word'])[1]/@id", "word_1_2"},
-      {"UnusablePageId", "Content:node{Page#1,Page#2}",
-       "concat(//div[@class='ocr_page'][1]/@id,' ',//div[@class='ocr_page'][2]/@id)",
-       "page_1 page_2"},
       {"BoxTextWrittenWhenIdReplaced", "Page{Box#9:ocr_carea[0,0,1,1]\"9\"}",
        "concat(//div[@class='ocr_carea']/@id,' ',//div[@class='ocr_carea'])", "block_1_1 9"},
       {"PlainBoxNameIsElement", "Box:span[0,0,5,5]", "name(//body/*)", "span"},

@@ -61,17 +61,6 @@ TEST(FormatConversionTest, HocrInputToHocrByDefaultAndToPlainText) {
                 qent::text::layout::format::PlainTextWriter().write(*layout))});
 }
 
-TEST(FormatConversionTest, WebAnnoComesBackIdenticalThroughTheCallback) {
-  TempDir dir;
-  const std::string tsv = readAll(kDataDir + "/webanno/rich-layout.tsv");
-  dir.write("in.tsv", tsv);
-  const std::vector<std::string> texts = convert(dir, "in.tsv", "webanno;txtutf8");
-  ASSERT_EQ(texts.size(), 2u);
-  EXPECT_EQ(texts[0], tsv);
-  EXPECT_EQ(texts[1],
-            "Rechnung Nr. 2024-117\nHerrn J\xC3\xBCrgen M\xC3\xBCller\n\n1.234 EUR \xE2\x82\xAC\n");
-}
-
 TEST(FormatConversionTest, CloudOcrAnswerToSeveralFormatsWithTheirExtensions) {
   TempDir dir;
   dir.write("answer.json", readAll(kDataDir + "/cloud-ocr/hand-made.json"));

@@ -5,6 +5,7 @@
 #include "job/OrmidaJob.h"
 #include "job/PropertyValues.h"
 #include "job/property_table.h"
+#include "support/JobApi.h"
 
 #include <gtest/gtest.h>
 
@@ -16,25 +17,20 @@ namespace {
 
 using namespace qent::job;
 
-TEST(PropertyValuesTest, BooleanRule) {
+// The number conversions themselves are NumberConversion's; here only that the values reach
+// them. The float fallback is tested with its trace line.
+TEST(PropertyValuesTest, BooleansAndNumbers) {
   const std::pair<const char16_t*, bool> cases[] = {
       {u"", false},     {u"0", false},    {u"false", false}, {u"no", false},
       {u"1", true},     {u"true", true},  {u"False", true},  {u"NO", true},
       {u"00", true},    {u" 0", true},    {u"yes", true},    {u"x", true}};
   for (const auto& [value, expected] : cases) {
-    EXPECT_EQ(toBoolean(value), expected) << std::u16string(value).size();
+    EXPECT_EQ(toBoolean(value), expected) << qent::test::u8(value);
   }
-}
-
-// The conversions themselves are NumberConversion's; here only that the values reach them.
-// The float fallback is tested with its trace line.
-TEST(PropertyValuesTest, NumbersUseTheStandardConversions) {
   EXPECT_EQ(toInteger(u" 12px"), 12);
   EXPECT_EQ(toUnsigned(u"3000000000"), 3000000000u);
   EXPECT_DOUBLE_EQ(toDouble(u"0.25"), 0.25);
   EXPECT_FLOAT_EQ(toFloatOr(u"0.5", 0.7f), 0.5f);
-  EXPECT_THROW(toInteger(u"twelve"), std::invalid_argument);
-  EXPECT_THROW(toDouble(u"1e400"), std::out_of_range);
 }
 
 TEST(PropertyStoreTest, LaterSetsReplaceEarlierOnesAndNothingGrows) {

@@ -1,5 +1,5 @@
 // PlatformTest.cpp - the operating-system layer behaves the same on Linux and Windows:
-// environment, module path, local time and non-ASCII file names (thread numbers are tested
+// environment, local time and non-ASCII file names (thread numbers are tested
 // with the trace log's lines).
 #include "base/platform/platform.h"
 
@@ -34,15 +34,6 @@ TEST(PlatformTest, EnvironmentVariablesReadAsSet) {
     EXPECT_EQ(platform::environmentVariable(u"ORMIDA_PLATFORM_TEST"), utf8ToUtf16(value));
   }
   EXPECT_FALSE(platform::environmentVariable(u"ORMIDA_PLATFORM_TEST_NEVER_SET").has_value());
-}
-
-TEST(PlatformTest, ModulePathNamesThisExistingProgram) {
-  const std::filesystem::path path = platform::modulePath();
-  ASSERT_FALSE(path.empty());
-  EXPECT_TRUE(path.is_absolute()) << platform::pathToUtf8(path);
-  EXPECT_TRUE(std::filesystem::is_regular_file(path)) << platform::pathToUtf8(path);
-  // The tests link the library statically, so the module is the test program itself.
-  EXPECT_EQ(path.stem(), std::filesystem::path("ormida_tests")) << platform::pathToUtf8(path);
 }
 
 using DateTime = std::tuple<int, int, int, int, int, int>;
