@@ -32,31 +32,6 @@ TEST(FileIoTest, ReadsWholeFilesIncludingZerosAndEmptyFiles) {
   EXPECT_EQ(readFile(dir.write("big", big)).size(), big.size());
 }
 
-TEST(FileIoTest, ReadErrorsNameTheFile) {
-  TempDir dir;
-  const auto missing = dir / "missing.json";
-  EXPECT_EQ(errorOf([&] { readFile(missing); }).rfind("stat failed for file ", 0), 0u);
-  EXPECT_NE(errorOf([&] { readFile(missing); }).find("missing.json errno is: "),
-            std::string::npos);
-  const std::string directory = errorOf([&] { readFile(dir.path()); });
-  EXPECT_EQ(directory.rfind("reading error (errno ", 0), 0u) << directory;
-  EXPECT_NE(directory.find("is a directory"), std::string::npos);
-}
-
-TEST(FileIoTest, AtomicWriteReplacesAndLeavesNoTemporaryFiles) {
-  TempDir dir;
-  const auto target = dir / "out.json";
-  writeFileAtomic(target, "first");
-  writeFileAtomic(target, "second, longer");
-  EXPECT_EQ(readAll(target), "second, longer");
-  int files = 0;
-  for (const auto& entry : std::filesystem::directory_iterator(dir.path())) {
-    (void)entry;
-    ++files;
-  }
-  EXPECT_EQ(files, 1);
-}
-
 TEST(FileIoTest, FailedWriteKeepsTheEarlierFile) {
   TempDir dir;
   const auto target = dir / "out.json";
@@ -74,13 +49,6 @@ TEST(FileIoTest, FailedWriteKeepsTheEarlierFile) {
   EXPECT_EQ(noDir.rfind("file is busy or not exist or its path is too long (errno: ", 0), 0u)
       << noDir;
   EXPECT_EQ(readAll(target), "earlier");
-}
-
-TEST(FileIoTest, ResolvesRelativePathsAgainstTheWorkspace) {
-  EXPECT_EQ(resolveAgainst("ws", "a.json"), std::filesystem::path("ws") / "a.json");
-  EXPECT_EQ(resolveAgainst("", "a.json"), std::filesystem::path("a.json"));
-  const auto absolute = std::filesystem::current_path() / "a.json";
-  EXPECT_EQ(resolveAgainst("ws", absolute), absolute);
 }
 
 }  // namespace

@@ -1,11 +1,13 @@
-// CliTest.cpp - the ormida tool from the shell: properties in order, results printed,
-// errors on standard error with a non-zero exit status.
+// CliTest.cpp - the ormida tool from the shell: properties in order, results and the
+// comparison summary printed, errors on standard error with a non-zero exit status.
 #include "support/CliRunner.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
 
 #if !defined(_WIN32)
+
+#include <tuple>
 
 namespace {
 
@@ -15,79 +17,66 @@ using qent::test::TempDir;
 using qent::test::CliRun;
 using qent::test::runCli;
 
+const std::string kData = ORMIDA_TEST_DATA_DIR "/comparison/";
 const char* kLayout =
     R"({"root":{"children":[{"index_in_layout":0,"type":"page"}],"type":"node"}})";
 
-TEST(CliTest, PrintsTheVersion) {
+TEST(CliTest, PrintsTheVersionAndConvertsWithAValueReadFromAFile) {
   TempDir dir;
-  const CliRun run = runCli("--version", dir);
-  EXPECT_EQ(run.status, 0);
-  EXPECT_EQ(run.out, "Ormida 1.7.0.170980\n");
-}
-
-TEST(CliTest, ConvertsAJsonLayout) {
-  TempDir dir;
+  const CliRun version = runCli("--version", dir);
+  EXPECT_EQ(version.status, 0);
+  EXPECT_EQ(version.out, "Ormida 1.7.0.170980\n");
   dir.write("x.json", kLayout);
+  dir.write("format.txt", "json");
   const CliRun run =
-      runCli("InputFilename=x.json OutputFilename=y.json OutputFilename.Format=json", dir);
+      runCli("InputFilename=x.json OutputFilename=y.json OutputFilename.Format=@format.txt", dir);
   EXPECT_EQ(run.status, 0) << run.err;
   EXPECT_EQ(readAll(dir / "y.json"), kLayout);
 }
 
-TEST(CliTest, ReadsAValueFromAFile) {
+TEST(CliTest, FailuresGoToStandardErrorWithAStatus) {
   TempDir dir;
   dir.write("x.json", kLayout);
-  dir.write("format.txt", "json");
-  const CliRun run = runCli("InputFilename=x.json OutputFilename=y.json "
-                         "OutputFilename.Format=@format.txt",
-                         dir);
-  EXPECT_EQ(run.status, 0) << run.err;
-  EXPECT_TRUE(std::filesystem::exists(dir / "y.json"));
-}
-
-TEST(CliTest, FailureGoesToStandardErrorWithTheCode) {
-  TempDir dir;
-  const CliRun run = runCli("InputFilename=missing.json", dir);
-  EXPECT_EQ(run.status, 1);
-  EXPECT_NE(run.err.find("error in OrmidaJobExecute: stat failed for file "), std::string::npos)
-      << run.err;
-  EXPECT_NE(run.err.find("(code 9)"), std::string::npos) << run.err;
-}
-
-TEST(CliTest, UsageErrors) {
-  TempDir dir;
-  EXPECT_EQ(runCli("Nonsense=1", dir).status, 2);
-  EXPECT_NE(runCli("Nonsense=1", dir).err.find("unknown property Nonsense"), std::string::npos);
-  EXPECT_EQ(runCli("novalue", dir).status, 2);
-  EXPECT_EQ(runCli("WorkSpace=@missing-file", dir).status, 2);
-  EXPECT_EQ(runCli("", dir).status, 2);
-}
-
-TEST(CliTest, HelpListsPropertiesWithDefaults) {
-  TempDir dir;
-  const CliRun run = runCli("--help", dir);
-  EXPECT_EQ(run.status, 0);
-  for (const char* text : {"InputFilename", "OutputFilename.Format", "HOCR", "Compare.Level",
-                           "--get", "Compare.Result"}) {
-    EXPECT_NE(run.out.find(text), std::string::npos) << text;
+  const std::tuple<const char*, int, const char*> cases[] = {
+      {"InputFilename=missing.json", 1, "error in OrmidaJobExecute: stat failed for file "},
+      {"InputFilename=missing.json", 1, "(code 9)"},
+      {"InputFilename=x.json --get Compare.Result", 1, "ormida: no result Compare.Result\n"},
+      {"InputFilename=x.json --summary", 1,
+       "ormida: --summary: no comparison result (set Compare=true)\n"},
+      {"Nonsense=1", 2, "unknown property Nonsense"},
+      {"novalue", 2, ""}, {"WorkSpace=@missing-file", 2, ""}, {"", 2, ""}};
+  for (const auto& [arguments, status, error] : cases) {
+    const CliRun run = runCli(arguments, dir);
+    EXPECT_EQ(run.status, status) << arguments;
+    EXPECT_NE(run.err.find(error), std::string::npos) << arguments << ": " << run.err;
   }
 }
 
-TEST(CliTest, GetPrintsTheResultOrFails) {
+TEST(CliTest, GetPrintsTheResultAndSummaryTheRatesErrorsAndF1PerPage) {
   TempDir dir;
-  dir.write("x.json", kLayout);
-  const CliRun missing = runCli("InputFilename=x.json --get Compare.Result", dir);
-  EXPECT_EQ(missing.status, 1);
-  EXPECT_NE(missing.err.find("no result Compare.Result"), std::string::npos) << missing.err;
-
-  const std::string data = ORMIDA_TEST_DATA_DIR "/comparison/";
-  dir.write("ocr.json", readAll(data + "pages.left.json"));
-  dir.write("truth.json", readAll(data + "pages.right.json"));
-  const CliRun found = runCli("InputFilename=ocr.json Compare=true Compare.With=truth.json "
-                              "Compare.TransformStrategy=None --get Compare.Result",
-                              dir);
-  EXPECT_EQ(found.status, 0) << found.err;
-  EXPECT_EQ(found.out, readAll(data + "pages-word.result.json") + "\n");
+  dir.write("ocr.json", readAll(kData + "pages.left.json"));
+  dir.write("truth.json", readAll(kData + "pages.right.json"));
+  const CliRun run = runCli("WorkSpace=. InputFilename=ocr.json Compare=true "
+                          "Compare.With=truth.json Compare.TransformStrategy=None "
+                          "Compare.OutputFilename=result.json --get Compare.Result --summary",
+                          dir);
+  ASSERT_EQ(run.status, 0) << run.err;
+  // The result as it is, then the figures of the golden result: 12 of 35 wrong on the left,
+  // 4 of 27 on the right.
+  EXPECT_EQ(run.out,
+            readAll(kData + "pages-word.result.json") + "\n" +
+            "Comparison at word level: recognition (left) against reference (right)\n"
+            "  recognition rate   65.71 % left,  85.19 % right\n"
+            "  errors            12 of 35 left, 4 of 27 right\n"
+            "  edits             12 (good 23)\n"
+            "  f1 measure        0.7419\n"
+            "\n"
+            "  page  rate left  rate right  errors left  errors right      f1\n"
+            "     1    85.19 %     85.19 %            4             4  0.8519\n"
+            "     2     0.00 %     missing            8             0  0.0000\n"
+            "\n"
+            "Full result: ./result.json\n");
+  EXPECT_EQ(readAll(dir / "result.json"), readAll(kData + "pages-word.result.json"));
 }
 
 }  // namespace

@@ -15,15 +15,8 @@ namespace {
 std::vector<std::string> split(const std::string& text, char delimiter) {
   std::vector<std::string> pieces;
   std::stringstream in(text);
-  std::string piece;
-  while (std::getline(in, piece, delimiter)) pieces.push_back(piece);
+  for (std::string piece; std::getline(in, piece, delimiter);) pieces.push_back(piece);
   return pieces;
-}
-
-std::string trim(const std::string& text) {
-  const auto begin = text.find_first_not_of(" \t\r\n");
-  if (begin == std::string::npos) return "";
-  return text.substr(begin, text.find_last_not_of(" \t\r\n") - begin + 1);
 }
 
 }  // namespace
@@ -74,12 +67,11 @@ std::vector<std::string> hocrStructureProblems(std::string_view hocr) {
     if (std::string(element.attribute("style").value()).find("font") != std::string::npos) {
       used.insert("ocrp_font");
     }
+    static const std::regex kProperty(R"(^\s*(\S*)\s*([\s\S]*?)\s*$)");
     for (const std::string& piece : split(element.attribute("title").value(), ';')) {
-      const std::string property = trim(piece);
-      const std::string key = property.substr(0, property.find(' '));
-      const std::string value =
-          property.find(' ') == std::string::npos ? "" : trim(property.substr(property.find(' ')));
       std::smatch m;
+      std::regex_match(piece, m, kProperty);
+      const std::string key = m[1], value = m[2];
       if (key == "bbox") {
         if (!std::regex_match(value, m, kBbox) || std::stoll(m[1]) > std::stoll(m[3]) ||
             std::stoll(m[2]) > std::stoll(m[4])) {

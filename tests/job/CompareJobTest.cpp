@@ -66,20 +66,12 @@ TEST_F(CompareJobTest, ReadsTheOptionsInTheOrderSet) {
   EXPECT_NE(text.find(R"("error":1,"error_rate":0.5)"), std::string::npos) << text;
 }
 
-TEST_F(CompareJobTest, WholeWordsWithoutEditDistance) {
-  job_.set("Compare.EditDistance", "no");
+TEST_F(CompareJobTest, TheSecondMainDocumentIsTheDefaultReference) {
+  job_.set("InputFilename", "ocr.json;truth.json");
+  job_.set("Compare.With", "");  // empty counts as not set
+  job_.set("Compare.EditDistance", "no");  // whole words
   ASSERT_EQ(job_.execute(), ORMIDA_OK) << job_.errorText();
   EXPECT_EQ(result(), golden("pages-word-whole.result.json"));
-}
-
-TEST_F(CompareJobTest, TheSecondMainDocumentIsTheDefaultReference) {
-  Job job;
-  job.set("WorkSpace", dir_.path().string());
-  job.set("InputFilename", "ocr.json;truth.json");
-  job.set("Compare", "true");
-  job.set("Compare.TransformStrategy", "None");
-  ASSERT_EQ(job.execute(), ORMIDA_OK) << job.errorText();
-  EXPECT_EQ(job.get("Compare.Result").second, golden("pages-word.result.json"));
 }
 
 TEST_F(CompareJobTest, EntityModeComparesAnnotations) {
@@ -130,6 +122,9 @@ INSTANTIATE_TEST_SUITE_P(
                     "Text or Entity"},
         FailureCase{"InputFilename", "flat.json", 20020,
                     "error in OrmidaJobExecute: Width or Height of Rectangle must be > 0"},
+        // A reference that does not load falls back to the main document, the only one.
+        FailureCase{"Compare.With", "missing.json", ORMIDA_FAILED,
+                    "error in OrmidaJobExecute: No CompareWidth document loaded"},
         FailureCase{"Compare.With", "notes.txt", ORMIDA_FAILED,
                     "error in OrmidaJobExecute: Layout comparison needs two layouts; "}),
     [](const auto& param) { return "Case" + std::to_string(param.index); });

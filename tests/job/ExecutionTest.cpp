@@ -1,5 +1,6 @@
 // ExecutionTest.cpp - one execution through the C interface: loading inputs from files,
-// patterns and memory, writing outputs to files and the callback, and the errors.
+// patterns and memory, writing outputs, and the errors of the loaders, writers and every
+// reader (the output callback is used in FormatConversionTest).
 #include "ormida/ormida.h"
 
 #include "support/JobApi.h"
@@ -41,67 +42,31 @@ std::string errorOf(Job& job) {
   return text.rfind("error in OrmidaJobExecute: ", 0) == 0 ? text.substr(27) : "<" + text + ">";
 }
 
-TEST(ExecutionTest, JsonLayoutComesOutByteIdentical) {
-  TempDir dir;
-  const std::string layout = layoutNamed("alpha");
-  dir.write("in.json", layout);
-  Job job;
-  inWorkspace(job, dir, "in.json", "out.json");
-  ASSERT_EQ(job.execute(), ORMIDA_OK) << job.errorText();
-  EXPECT_EQ(readAll(dir / "out.json"), layout);
+std::string addressOf(const std::string& text) {
+  return std::to_string(reinterpret_cast<uintptr_t>(text.data())) + ":" +
+         std::to_string(text.size());
 }
 
-struct Captured {
-  std::vector<std::string> texts;
-  std::vector<uint64_t> userdata;
-  std::vector<uint32_t> reserved;
-};
-
-extern "C" void captureOutput(const char* bytes, size_t count, uint64_t userdata,
-                              uint32_t reserved) {
-  auto* captured = reinterpret_cast<Captured*>(static_cast<uintptr_t>(userdata));
-  captured->texts.emplace_back(bytes, count);
-  captured->userdata.push_back(userdata);
-  captured->reserved.push_back(reserved);
-}
-
-TEST(ExecutionTest, MemoryInputAndCallbackOutput) {
-  const std::string first = layoutNamed("first");
-  const std::string second = layoutNamed("second");
-  Captured captured;
-  Job job;
-  job.set("InputMemoryAddress",
-          std::to_string(reinterpret_cast<uintptr_t>(first.data())) + ":" +
-              std::to_string(first.size()) + ";" +
-              std::to_string(reinterpret_cast<uintptr_t>(second.data())) + ":" +
-              std::to_string(second.size()));
-  job.set("InputFilename", "ignored-because-memory-wins.json");
-  job.set("MemoryOutputCallback", std::to_string(reinterpret_cast<uintptr_t>(&captureOutput)));
-  job.set("MemoryOutputUserdata", std::to_string(reinterpret_cast<uintptr_t>(&captured)));
-  job.set("OutputFilename.Format", "JSON");
-  ASSERT_EQ(job.execute(), ORMIDA_OK) << job.errorText();
-  ASSERT_EQ(captured.texts.size(), 1u);
-  EXPECT_EQ(captured.texts[0], first) << "the main document is the first one";
-  EXPECT_EQ(captured.reserved[0], 0u);
-}
-
-TEST(ExecutionTest, FileListsAndPatternsLoadInSortedOrder) {
+TEST(ExecutionTest, MainDocumentFromMemoryFileListsAndPatterns) {
   TempDir dir;
   for (const char* name : {"b.json", "a.json", "c.json", "a.txt"}) {
     dir.write(std::string("in/") + name, layoutNamed(name));
   }
-  Captured captured;
-  auto run = [&](const char* property, const std::string& value) {
-    captured.texts.clear();
+  // The main document's text as written; `file` is set before `property`.
+  auto run = [&](const char* property, const std::string& value, const char* file = nullptr) {
     Job job;
     job.set("WorkSpace", dir.path().string());
+    if (file != nullptr) job.set("InputFilename", file);
     job.set(property, value);
-    job.set("MemoryOutputCallback", std::to_string(reinterpret_cast<uintptr_t>(&captureOutput)));
-    job.set("MemoryOutputUserdata", std::to_string(reinterpret_cast<uintptr_t>(&captured)));
-    job.set("OutputFilename.Format", "json");
+    job.set("OutputFilename", "out.json");
+    job.set("OutputFilename.Format", "JSON");
     EXPECT_EQ(job.execute(), ORMIDA_OK) << job.errorText();
-    return captured.texts.empty() ? std::string() : captured.texts[0];
+    return readAll(dir / "out.json");
   };
+  const std::string first = layoutNamed("first"), second = layoutNamed("second");
+  EXPECT_EQ(run("InputMemoryAddress", addressOf(first) + ";" + addressOf(second), "in/b.json"),
+            first)
+      << "memory wins over files, and the first document is the main one";
   EXPECT_EQ(run("InputFilename", "in/*.json"), layoutNamed("a.json"));
   EXPECT_EQ(run("InputFilename", "in/c.json;in/a.json"), layoutNamed("c.json"));
   EXPECT_EQ(run("InputFilenamePattern", "in/?.JSON"), layoutNamed("a.json"));
@@ -109,168 +74,110 @@ TEST(ExecutionTest, FileListsAndPatternsLoadInSortedOrder) {
       << "absolute paths ignore the workspace";
 }
 
-TEST(ExecutionTest, RepeatedExecuteReloadsTheDocuments) {
-  TempDir dir;
-  dir.write("in.json", layoutNamed("before"));
-  Job job;
-  inWorkspace(job, dir, "in.json", "out.json");
-  ASSERT_EQ(job.execute(), ORMIDA_OK);
-  dir.write("in.json", layoutNamed("after"));
-  ASSERT_EQ(job.execute(), ORMIDA_OK);
-  EXPECT_EQ(readAll(dir / "out.json"), layoutNamed("after"));
-}
-
-TEST(ExecutionTest, NothingIsWrittenWithoutAnOutputProperty) {
-  TempDir dir;
-  dir.write("in.json", layoutNamed("x"));
-  Job job;
-  inWorkspace(job, dir, "in.json");
-  EXPECT_EQ(job.execute(), ORMIDA_OK) << job.errorText();
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path()),
-                          std::filesystem::directory_iterator()),
-            1);
-}
-
-TEST(ExecutionTest, UnsupportedFormatWritesNothingAndKeepsTheEarlierFile) {
-  TempDir dir;
-  dir.write("in.json", layoutNamed("x"));
-  dir.write("out.json", "earlier output");
-  for (const char* formats : {"pdf", "json;pdf", "", ";"}) {
-    Job job;
-    inWorkspace(job, dir, "in.json");
-    job.set("OutputFilename", "out.json");
-    job.set("OutputFilename.Format", formats);
-    EXPECT_EQ(job.execute(), ORMIDA_FAILED) << formats;
-    EXPECT_EQ(errorOf(job), "unsupported output format specified") << formats;
-  }
-  // A writer that fails once its file is open leaves neither a truncated file nor the
-  // temporary one behind.
-  Job job;
-  inWorkspace(job, dir, "in.json");
-  job.set("OutputFilename", "out.json");
-  job.set("OutputFilename.Format", "html");
-  EXPECT_EQ(job.execute(), 20020u);
-  EXPECT_EQ(readAll(dir / "out.json"), "earlier output");
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path()),
-                          std::filesystem::directory_iterator()),
-            2);
-}
-
+// Every input that cannot be loaded or read, every output that cannot be written and every
+// operation that cannot run fails with its code and text, and the output written by an
+// earlier run stays as it was.
 struct BadInputCase {
   const char* label;
   const char* property;
   std::string value;
-  const char* expectedStart;
+  uint32_t code;
+  const char* error;  // how errorOf() starts
+  std::string content = "";  // of in.txt, for the readers' errors
 };
 
-void PrintTo(const BadInputCase& k, std::ostream* out) { *out << k.label; }
-
-class BadInputTest : public ::testing::TestWithParam<BadInputCase> {};
-
-TEST_P(BadInputTest, FailsWithAClearErrorNamingTheInput) {
-  TempDir dir;
-  dir.write("empty.json", "");
-  dir.write("blank.json", " \n\t ");
-  std::filesystem::create_directories(dir / "folder.json");
-  Job job;
-  job.set("WorkSpace", dir.path().string());
-  job.set(GetParam().property, GetParam().value);
-  job.set("OutputFilename", "out.json");
-  job.set("OutputFilename.Format", "json");
-  EXPECT_EQ(job.execute(), ORMIDA_FAILED);
-  const std::string error = errorOf(job);
-  EXPECT_EQ(error.rfind(GetParam().expectedStart, 0), 0u) << error;
-  EXPECT_FALSE(std::filesystem::exists(dir / "out.json"));
+BadInputCase badContent(const char* label, std::string content, uint32_t code, const char* error) {
+  return {label, "InputFilename", "in.txt", code, error, std::move(content)};
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Cases, BadInputTest,
-    ::testing::Values(
-        BadInputCase{"MissingFile", "InputFilename", "missing.json",
-                     "stat failed for file "},
-        BadInputCase{"EmptyFile", "InputFilename", "empty.json", "No document loaded: "},
-        BadInputCase{"BlankFile", "InputFilename", "blank.json", "No document loaded: "},
-        BadInputCase{"Directory", "InputFilename", "folder.json", "reading error (errno "},
-        BadInputCase{"PatternMatchesNothing", "InputFilename", "*.hocr",
-                     "No document loaded: no file matches the pattern "},
-        BadInputCase{"PatternInMissingDirectory", "InputFilenamePattern", "nodir/*.json",
-                     "No document loaded: cannot list the directory "},
-        BadInputCase{"AddressZero", "InputMemoryAddress", "0:10",
-                     "InputMemoryAddress item 1 \"0:10\" has the address 0"},
-        BadInputCase{"SizeZero", "InputMemoryAddress", "4096:0",
-                     "InputMemoryAddress item 1 \"4096:0\" has the size 0"},
-        BadInputCase{"MalformedItem", "InputMemoryAddress", "12345",
-                     "InputMemoryAddress item 1 \"12345\" is not of the form ADDRESS:SIZE"},
-        BadInputCase{"NegativeSize", "InputMemoryAddress", "4096:-1",
-                     "InputMemoryAddress item 1 \"4096:-1\" is not of the form"},
-        BadInputCase{"HugeNumber", "InputMemoryAddress", "99999999999999999999999:1",
-                     "InputMemoryAddress item 1 \"99999999999999999999999:1\" has a number"},
-        BadInputCase{"OnlySeparators", "InputFilename", ";;", "No document loaded"}),
-    [](const auto& testInfo) { return std::string(testInfo.param.label); });
-
-TEST(ExecutionTest, BrokenLayoutReportsTheReadersError) {
-  TempDir dir;
-  dir.write("broken.json", "{\"root\": [}");
-  Job job;
-  inWorkspace(job, dir, "broken.json");
-  EXPECT_EQ(job.execute(), 20039u);
-  EXPECT_EQ(errorOf(job), "Failed to parse JSON layout");
-}
-
-TEST(ExecutionTest, MissingOperationsFailWithTheirNames) {
-  TempDir dir;
-  dir.write("in.json", layoutNamed("x"));
-  const std::pair<const char*, const char*> switches[] = {
-      {"EntityExtraction", "Entity extraction (EntityExtraction)"},
-      {"CheckMask", "Region template evaluation (CheckMask)"},
-      {"AddressRecognition", "Address recognition (AddressRecognition)"}};
-  for (const auto& [property, operation] : switches) {
+TEST(ExecutionTest, BadInputFailsWithAClearErrorAndKeepsTheEarlierOutput) {
+  const BadInputCase cases[] = {
+      {"MissingFile", "InputFilename", "missing.json", ORMIDA_FAILED, "stat failed for file "},
+      {"EmptyFile", "InputFilename", "in.txt", ORMIDA_FAILED, "No document loaded: "},
+      {"BlankFile", "InputFilename", "blank.json", ORMIDA_FAILED, "No document loaded: "},
+      {"Directory", "InputFilename", "folder.json", ORMIDA_FAILED, "reading error (errno "},
+      {"PatternMatchesNothing", "InputFilename", "*.hocr", ORMIDA_FAILED,
+       "No document loaded: no file matches the pattern "},
+      {"PatternInMissingDirectory", "InputFilename", "nodir/*.json", ORMIDA_FAILED,
+       "No document loaded: cannot list the directory "},
+      {"OnlySeparators", "InputFilename", ";;", ORMIDA_FAILED, "No document loaded"},
+      {"AddressZero", "InputMemoryAddress", "0:10", ORMIDA_FAILED,
+       "InputMemoryAddress item 1 \"0:10\" has the address 0"},
+      {"SizeZero", "InputMemoryAddress", "4096:0", ORMIDA_FAILED,
+       "InputMemoryAddress item 1 \"4096:0\" has the size 0"},
+      {"MalformedItem", "InputMemoryAddress", "12345", ORMIDA_FAILED,
+       "InputMemoryAddress item 1 \"12345\" is not of the form ADDRESS:SIZE"},
+      {"HugeNumber", "InputMemoryAddress", "99999999999999999999999:1", ORMIDA_FAILED,
+       "InputMemoryAddress item 1 \"99999999999999999999999:1\" has a number"},
+      // Formats are all checked before anything is written; a writer that fails once its
+      // file is open leaves neither a truncated file nor the temporary one behind.
+      {"UnknownFormatInAList", "OutputFilename.Format", "json;pdf", ORMIDA_FAILED,
+       "unsupported output format specified"},
+      {"NoFormat", "OutputFilename.Format", ";", ORMIDA_FAILED,
+       "unsupported output format specified"},
+      {"WriterNotBuilt", "OutputFilename.Format", "html", 20020,
+       "HTML output is not available in this build"},
+      {"OperationNotBuilt", "EntityExtraction", "true", 20020,
+       "Entity extraction (EntityExtraction) is not available in this build"},
+      {"CompareWithoutASecondDocument", "Compare", "true", ORMIDA_FAILED,
+       "No CompareWidth document loaded"},
+      badContent("PlainTextHasNoLayoutToWrite", "just some text\n", ORMIDA_FAILED,
+                 "the main document "),
+      badContent("JsonLayoutThatIsNotJson", R"({"root": [})", 20039, "Failed to parse JSON layout"),
+      badContent("HocrWithoutHtml", "<xml><body/></xml>", ORMIDA_ERROR_HOCR, "No HOCR file found"),
+      // Standard invalid-argument errors are not runtime errors: code 9 at the boundary.
+      badContent("HocrWithABadNumber",
+                 "<html><body><span class='ocrx_word' title='x_wconf high'/></body></html>",
+                 ORMIDA_FAILED, "<undefined error in OrmidaJobExecute>"),
+      badContent("WebAnnoRowThatIsNoToken", "#FORMAT=WebAnno TSV 3.2\n\n#Text=a\nnonsense\n",
+                 20001, "WebAnno TSV: row 4 is not a token row (a token id such as 1-3, a tab "
+                 "and offsets such as 0-5 must begin it): \"nonsense\""),
+      badContent("CloudOcrWordWithoutBox",
+                 R"({"responses":[{"fullTextAnnotation":{"pages":[{"blocks":[{"paragraphs":[{"words":[{"symbols":[]}]}]}]}]}}]})",
+                 20039, "Bounding box for a word is not found"),
+      badContent("CloudOcrWithoutAnnotation", R"({"responses":[{"error":{"code":7}}]})", 20039,
+                 "Incorrect format"),
+      badContent("CloudOcrThatIsNotJson", R"({"fullTextAnnotation": {"pages": [}})", 20039,
+                 "Incorrect format")};
+  for (const BadInputCase& k : cases) {
+    TempDir dir;
+    dir.write("in.txt", k.content);
+    dir.write("good.json", layoutNamed("good"));  // the input of rows that name no input
+    dir.write("blank.json", " \n\t ");
+    dir.write("out.json", "earlier output");
+    std::filesystem::create_directories(dir / "folder.json");
     Job job;
-    inWorkspace(job, dir, "in.json");
-    job.set(property, "true");
-    EXPECT_EQ(job.execute(), 20020u) << property;
-    EXPECT_EQ(errorOf(job), std::string(operation) + " is not available in this build of Ormida");
+    job.set("WorkSpace", dir.path().string());
+    job.set("InputFilename", "good.json");
+    job.set("OutputFilename", "out.json");
+    job.set("OutputFilename.Format", "json");
+    job.set(k.property, k.value);
+    EXPECT_EQ(job.execute(), k.code) << k.label;
+    const std::string error = errorOf(job);
+    EXPECT_EQ(error.rfind(k.error, 0), 0u) << k.label << ": " << error;
+    EXPECT_EQ(readAll(dir / "out.json"), "earlier output") << k.label;
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path()), {}), 5)
+        << k.label << ": a temporary file was left";
   }
 }
 
-TEST(ExecutionTest, CompareNeedsASecondDocument) {
+TEST(ExecutionTest, RepeatedExecuteReloadsTheDocumentFromUtf8Utf16OrWithAByteOrderMark) {
   TempDir dir;
-  dir.write("in.json", layoutNamed("x"));
   Job job;
-  inWorkspace(job, dir, "in.json");
-  job.set("Compare", "true");
-  EXPECT_EQ(job.execute(), ORMIDA_FAILED);
-  EXPECT_EQ(errorOf(job), "No CompareWidth document loaded");
-  job.set("Compare.With", "missing.json");
-  EXPECT_EQ(job.execute(), ORMIDA_FAILED) << "a With that does not load falls back";
-  EXPECT_EQ(errorOf(job), "No CompareWidth document loaded");
-}
-
-TEST(ExecutionTest, PlainTextMainDocumentHasNoLayoutToWrite) {
-  TempDir dir;
-  dir.write("notes.txt", "just some text\n");
-  Job job;
-  inWorkspace(job, dir, "notes.txt", "out.json");
-  EXPECT_EQ(job.execute(), ORMIDA_FAILED);
-  EXPECT_NE(errorOf(job).find("is plain text and has no layout to write"), std::string::npos);
-}
-
-TEST(ExecutionTest, Utf16InputIsConverted) {
-  const std::string layout = layoutNamed("Stra\xC3\x9F" "e");
-  const std::u16string wide = qent::test::u16(layout);
-  std::string bytes = "\xFF\xFE";
-  for (char16_t c : wide) {
-    bytes.push_back(static_cast<char>(c & 0xFF));
-    bytes.push_back(static_cast<char>(c >> 8));
-  }
-  TempDir dir;
-  dir.write("utf16.json", bytes);
-  dir.write("bom.json", "\xEF\xBB\xBF" + layout);
-  for (const char* name : {"utf16.json", "bom.json"}) {
-    Job job;
-    inWorkspace(job, dir, name, "out.json");
+  inWorkspace(job, dir, "in.json", "out.json");
+  for (const std::string encoding : {"utf8", "utf16", "bom"}) {
+    const std::string layout = layoutNamed("Stra\xC3\x9F" "e " + encoding);
+    std::string bytes = encoding == "bom" ? "\xEF\xBB\xBF" + layout : layout;
+    if (encoding == "utf16") {
+      bytes = "\xFF\xFE";
+      for (char16_t c : qent::test::u16(layout)) {
+        bytes.push_back(static_cast<char>(c & 0xFF));
+        bytes.push_back(static_cast<char>(c >> 8));
+      }
+    }
+    dir.write("in.json", bytes);
     ASSERT_EQ(job.execute(), ORMIDA_OK) << job.errorText();
-    EXPECT_EQ(readAll(dir / "out.json"), layout) << name;
+    EXPECT_EQ(readAll(dir / "out.json"), layout) << encoding;
   }
 }
 

@@ -14,6 +14,8 @@
 #include <stdexcept>
 #include <vector>
 
+extern "C" int ormidaCApiRoundTrip(void);  // exports_c_test.c, compiled as C
+
 namespace {
 
 using qent::test::Job;
@@ -37,37 +39,27 @@ private:
   qent::job::JobImplementationBase* job_;
 };
 
-TEST(ExportsTest, VersionNumber) { EXPECT_EQ(OrmidaGetVersion(), 0x01070000u); }
-
-struct VersionTextCase {
-  size_t length;
-  const char* expected;
-};
-void PrintTo(const VersionTextCase& k, std::ostream* out) { *out << k.length; }
-class VersionTextTest : public ::testing::TestWithParam<VersionTextCase> {};
-TEST_P(VersionTextTest, TruncatesAndTerminates) {
-  std::vector<char> buffer(GetParam().length + 4, 'x');
-  ASSERT_EQ(OrmidaGetVersionText(buffer.data(), GetParam().length), ORMIDA_OK);
-  EXPECT_STREQ(buffer.data(), GetParam().expected);
-  EXPECT_EQ(buffer[GetParam().length], 'x') << "wrote past the given length";
-}
-INSTANTIATE_TEST_SUITE_P(Lengths, VersionTextTest,
-                         ::testing::Values(VersionTextCase{1, ""},
-                                           VersionTextCase{19, "Ormida 1.7.0.17098"},
-                                           VersionTextCase{20, "Ormida 1.7.0.170980"},
-                                           VersionTextCase{40, "Ormida 1.7.0.170980"}));
-
-TEST(ExportsTest, VersionTextRejectsNullOrEmptyBuffer) {
-  char buffer[8] = "keep";
-  EXPECT_EQ(OrmidaGetVersionText(buffer, 0), ORMIDA_BAD_ARGUMENT);
-  EXPECT_STREQ(buffer, "keep");
-  EXPECT_EQ(OrmidaGetVersionText(nullptr, 8), ORMIDA_BAD_ARGUMENT);
+TEST(ExportsTest, VersionNumberAndTextTruncatedToTheGivenLength) {
+  EXPECT_EQ(OrmidaGetVersion(), 0x01070000u);
+  const std::pair<size_t, const char*> cases[] = {
+      {1, ""}, {19, "Ormida 1.7.0.17098"}, {20, "Ormida 1.7.0.170980"}, {40, "Ormida 1.7.0.170980"}};
+  for (const auto& [length, expected] : cases) {
+    std::vector<char> buffer(length + 4, 'x');
+    ASSERT_EQ(OrmidaGetVersionText(buffer.data(), length), ORMIDA_OK);
+    EXPECT_STREQ(buffer.data(), expected);
+    EXPECT_EQ(buffer[length], 'x') << "wrote past the length " << length;
+  }
 }
 
 TEST(ExportsTest, NullArgumentsGiveBadArgument) {
   const std::u16string name = u"WorkSpace";
   size_t size = 10;
+  char text[8] = "keep";
   OrmidaJobHandle none = nullptr;
+  EXPECT_EQ(OrmidaGetVersionText(text, 0), ORMIDA_BAD_ARGUMENT);
+  EXPECT_STREQ(text, "keep");
+  EXPECT_EQ(OrmidaGetVersionText(nullptr, 8), ORMIDA_BAD_ARGUMENT);
+  EXPECT_EQ(OrmidaJobCreate(nullptr), ORMIDA_BAD_ARGUMENT);
   EXPECT_EQ(OrmidaJobExecute(nullptr), ORMIDA_BAD_ARGUMENT);
   EXPECT_EQ(OrmidaJobFree(&none), ORMIDA_BAD_ARGUMENT);
   EXPECT_EQ(none, nullptr);
@@ -104,44 +96,42 @@ TEST(ExportsTest, HandleThatIsNotAJobIsRefused) {
   }
 }
 
-TEST(ExportsTest, CreateAndFree) {
-  OrmidaJobHandle job = nullptr;
-  ASSERT_EQ(OrmidaJobCreate(&job), ORMIDA_OK);
-  ASSERT_NE(job, nullptr);
-  EXPECT_EQ(OrmidaJobFree(&job), ORMIDA_OK);
-  EXPECT_EQ(job, nullptr);
-}
-
-TEST(ExportsTest, SetPropertyCodes) {
-  Job job;
-  EXPECT_EQ(job.set("WorkSpace", "/tmp"), ORMIDA_OK);
-  EXPECT_EQ(job.set("Compare.Level", "Glyph"), ORMIDA_OK);
-  EXPECT_EQ(job.set("Compare.", ""), ORMIDA_OK) << "an empty sub name is accepted";
-  EXPECT_EQ(job.set("compare", "true"), ORMIDA_UNKNOWN_PROPERTY) << "names are case-sensitive";
-  EXPECT_EQ(job.set("NoSuchMain.Level", "x"), ORMIDA_UNKNOWN_PROPERTY);
-  EXPECT_EQ(job.set(".Level", "x"), ORMIDA_UNKNOWN_PROPERTY);
-  EXPECT_EQ(job.set("", "x"), ORMIDA_UNKNOWN_PROPERTY);
-}
-
-TEST(ExportsTest, ZeroLengthValueAndEmbeddedZerosAreStoredExactly) {
-  auto job = std::make_unique<qent::job::OrmidaJob>();
-  const TestHandle handle(*job);
+TEST(ExportsTest, SetPropertyTakesValueLengthUnitsAndRefusesUnknownNames) {
+  qent::job::OrmidaJob job;
+  const TestHandle handle(job);
   const std::u16string name = u"WorkSpace";
   const std::u16string value(u"a\0b", 3);
-  ASSERT_EQ(OrmidaJobSetProperty(handle, c(name), c(value), 0), ORMIDA_OK);
-  EXPECT_EQ(job->properties().plain(788), std::u16string());
-  ASSERT_EQ(OrmidaJobSetProperty(handle, c(name), c(value), 3), ORMIDA_OK);
-  EXPECT_EQ(job->properties().plain(788), value);
-  ASSERT_EQ(OrmidaJobSetProperty(handle, c(name), c(value), 1), ORMIDA_OK);
-  EXPECT_EQ(job->properties().plain(788), u"a") << "only valueLength code units are taken";
+  for (const size_t length : {size_t{0}, size_t{3}, size_t{1}}) {
+    ASSERT_EQ(OrmidaJobSetProperty(handle, c(name), c(value), length), ORMIDA_OK);
+    EXPECT_EQ(job.properties().plain(788), value.substr(0, length));
+  }
+  for (const std::u16string bad : {u"compare", u"NoSuchMain.Level", u".Level", u""}) {
+    EXPECT_EQ(OrmidaJobSetProperty(handle, c(bad), c(value), 1), ORMIDA_UNKNOWN_PROPERTY)
+        << qent::test::u8(bad) << ": names are exact";
+  }
+  EXPECT_EQ(OrmidaJobSetProperty(handle, c(u"Compare."), c(value), 0), ORMIDA_OK)
+      << "an empty sub name is accepted";
 }
 
-TEST(ExportsTest, GetPropertyReportsSizeThenCopies) {
+TEST(ExportsTest, GetPropertyReadsResultsOnlyReportsTheSizeThenCopies) {
   qent::job::OrmidaJob job;
-  job.setSubResult(86, 635, u"{\"x\":1}");  // Compare.Result
+  job.setResult(87, u"{\"errorRate\":0.5}");  // CompareErrorRate
+  job.setSubResult(86, 635, u"{\"x\":1}");      // Compare.Result
   const TestHandle handle(job);
-  const std::u16string name = u"Compare.Result";
+  ASSERT_TRUE(job.setProperty(u"WorkSpace", u"/tmp"));
+  ASSERT_TRUE(job.setProperty(u"Compare.Level", u"Glyph"));
+  const std::pair<std::u16string, uint32_t> cases[] = {
+      {u"CompareErrorRate", ORMIDA_BUFFER_TOO_SMALL}, {u"Compare.Result", ORMIDA_BUFFER_TOO_SMALL},
+      {u"Compare", ORMIDA_UNKNOWN_PROPERTY},          {u"Compare.Level", ORMIDA_UNKNOWN_PROPERTY},
+      {u"WorkSpace", ORMIDA_UNKNOWN_PROPERTY},        {u"NoSuch.Result", ORMIDA_UNKNOWN_PROPERTY},
+      {u"Result", ORMIDA_UNKNOWN_PROPERTY},           {u"WordRecognizer.Result", ORMIDA_UNKNOWN_PROPERTY}};
+  for (const auto& [name, code] : cases) {
+    size_t size = 0;
+    EXPECT_EQ(OrmidaJobGetProperty(handle, c(name), nullptr, &size), code) << qent::test::u8(name);
+    EXPECT_EQ(size == 0, code == ORMIDA_UNKNOWN_PROPERTY) << "size unchanged when unknown";
+  }
 
+  const std::u16string name = u"Compare.Result";
   OrmidaChar buffer[32];
   std::fill(std::begin(buffer), std::end(buffer), OrmidaChar(u'#'));
   size_t size = 7;  // the value's length: no room for the zero
@@ -151,50 +141,6 @@ TEST(ExportsTest, GetPropertyReportsSizeThenCopies) {
   EXPECT_EQ(OrmidaJobGetProperty(handle, c(name), buffer, &size), ORMIDA_OK);
   EXPECT_EQ(size, 8u);
   EXPECT_EQ(std::u16string(reinterpret_cast<const char16_t*>(buffer)), u"{\"x\":1}");
-
-  size = 0;
-  EXPECT_EQ(OrmidaJobGetProperty(handle, c(name), nullptr, &size), ORMIDA_BUFFER_TOO_SMALL);
-  EXPECT_EQ(size, 8u);
-}
-
-TEST(ExportsTest, GetPropertyChoosesResultOrSubResultByName) {
-  qent::job::OrmidaJob job;
-  job.setResult(87, u"{\"errorRate\":0.5}");  // CompareErrorRate
-  job.setSubResult(86, 635, u"R");
-  const TestHandle handle(job);
-  struct Case {
-    std::u16string name;
-    uint32_t code;
-  };
-  for (const Case& k : std::vector<Case>{{u"CompareErrorRate", ORMIDA_BUFFER_TOO_SMALL},
-                                         {u"Compare.Result", ORMIDA_BUFFER_TOO_SMALL},
-                                         {u"Compare", ORMIDA_UNKNOWN_PROPERTY},
-                                         {u"Compare.Level", ORMIDA_UNKNOWN_PROPERTY},
-                                         {u"Compare.NoSuchSub", ORMIDA_UNKNOWN_PROPERTY},
-                                         {u"NoSuch.Result", ORMIDA_UNKNOWN_PROPERTY},
-                                         {u"Result", ORMIDA_UNKNOWN_PROPERTY},
-                                         {u"WordRecognizer.Result", ORMIDA_UNKNOWN_PROPERTY}}) {
-    size_t size = 0;
-    EXPECT_EQ(OrmidaJobGetProperty(handle, c(k.name), nullptr, &size), k.code)
-        << qent::test::u8(k.name);
-    if (k.code == ORMIDA_UNKNOWN_PROPERTY) {
-      EXPECT_EQ(size, 0u) << "size unchanged";
-    }
-  }
-}
-
-TEST(ExportsTest, ValuesSetAreNotReadableAsResults) {
-  Job job;
-  ASSERT_EQ(job.set("WorkSpace", "/tmp"), ORMIDA_OK);
-  ASSERT_EQ(job.set("Compare.Result", "set by caller"), ORMIDA_OK);
-  EXPECT_EQ(job.get("WorkSpace").first, ORMIDA_UNKNOWN_PROPERTY);
-  EXPECT_EQ(job.get("Compare.Result").first, ORMIDA_UNKNOWN_PROPERTY);
-}
-
-TEST(ExportsTest, ExecuteWithoutInputFails) {
-  Job job;
-  EXPECT_EQ(job.execute(), ORMIDA_FAILED);
-  EXPECT_EQ(job.errorText(), "error in OrmidaJobExecute: No Main document loaded");
 }
 
 // A job whose execute throws what the test hands it, to see each conversion case.
@@ -211,70 +157,44 @@ private:
   std::function<void()> thrower_;
 };
 
-struct ConversionCase {
-  const char* label;
-  std::function<void()> thrower;
-  uint32_t code;
-  const char* executeText;
-  const char* getErrorText;
-};
-
-void PrintTo(const ConversionCase& k, std::ostream* out) { *out << k.label; }
-
-class ExceptionConversionTest : public ::testing::TestWithParam<ConversionCase> {};
-
-TEST_P(ExceptionConversionTest, ExecuteTurnsExceptionIntoCodeAndText) {
-  ThrowingJob job(GetParam().thrower);
-  const TestHandle handle(job);
-  EXPECT_EQ(OrmidaJobExecute(handle), GetParam().code);
-  char text[256];
-  size_t size = 1;  // the capacity is deliberately not consulted
-  ASSERT_EQ(OrmidaJobGetErrorText(handle, text, &size), ORMIDA_OK);
-  EXPECT_STREQ(text, GetParam().executeText);
-  EXPECT_EQ(size, std::strlen(GetParam().executeText) + 1);
+TEST(ExportsTest, ExceptionsBecomeCodesAndTextsAtTheBoundary) {
+  struct Case {
+    std::function<void()> thrower;
+    uint32_t code;
+    const char* executeText;
+    const char* getErrorText;  // when preparing the error text throws
+  };
+  const Case cases[] = {
+      {[] { throw qent::base::QentException(20020, "bad option"); }, 20020,
+       "error in OrmidaJobExecute: bad option", "error in getError: bad option"},
+      {[] { throw qent::base::QentException(20039, ""); }, 20039,
+       "error in OrmidaJobExecute: Unknown exception", "error in getError: Unknown exception"},
+      {[] { throw std::runtime_error("disk on fire"); }, 9,
+       "error in OrmidaJobExecute: disk on fire", "error in getError: disk on fire"},
+      // Standard invalid-argument errors are not runtime errors.
+      {[] { throw std::invalid_argument("invalid stoi argument"); }, 9,
+       "undefined error in OrmidaJobExecute", "error in getError"},
+      {[] { throw 42; }, 9, "undefined error in OrmidaJobExecute", "error in getError"}};
+  for (const Case& k : cases) {
+    ThrowingJob job(k.thrower);
+    const TestHandle handle(job);
+    char text[256] = "x";
+    size_t size = sizeof text;
+    ASSERT_EQ(OrmidaJobGetErrorText(handle, text, &size), ORMIDA_OK);
+    EXPECT_STREQ(text, "") << "no text before a failure";
+    EXPECT_EQ(OrmidaJobExecute(handle), k.code) << k.executeText;
+    ASSERT_EQ(OrmidaJobGetErrorText(handle, nullptr, &size), ORMIDA_OK);
+    EXPECT_EQ(size, std::strlen(k.executeText) + 1) << "the size alone";
+    size = 1;  // the capacity is deliberately not consulted
+    ASSERT_EQ(OrmidaJobGetErrorText(handle, text, &size), ORMIDA_OK);
+    EXPECT_STREQ(text, k.executeText);
+    job.throwInPrepare_ = true;
+    ASSERT_EQ(OrmidaJobGetErrorText(handle, text, &size), ORMIDA_OK);
+    EXPECT_STREQ(text, k.getErrorText);
+  }
 }
 
-TEST_P(ExceptionConversionTest, GetErrorTextConvertsFailuresOfItsPreparation) {
-  ThrowingJob job(GetParam().thrower);
-  job.throwInPrepare_ = true;
-  const TestHandle handle(job);
-  char text[256];
-  size_t size = sizeof text;
-  ASSERT_EQ(OrmidaJobGetErrorText(handle, text, &size), ORMIDA_OK);
-  EXPECT_STREQ(text, GetParam().getErrorText);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Cases, ExceptionConversionTest,
-    ::testing::Values(
-        ConversionCase{"QentException",
-                       [] { throw qent::base::QentException(20020, "bad option"); }, 20020,
-                       "error in OrmidaJobExecute: bad option", "error in getError: bad option"},
-        ConversionCase{"QentExceptionWithoutMessage",
-                       [] { throw qent::base::QentException(20039, ""); }, 20039,
-                       "error in OrmidaJobExecute: Unknown exception",
-                       "error in getError: Unknown exception"},
-        ConversionCase{"RuntimeError", [] { throw std::runtime_error("disk on fire"); }, 9,
-                       "error in OrmidaJobExecute: disk on fire",
-                       "error in getError: disk on fire"},
-        ConversionCase{"InvalidArgumentIsNotARuntimeError",
-                       [] { throw std::invalid_argument("invalid stoi argument"); }, 9,
-                       "undefined error in OrmidaJobExecute", "error in getError"},
-        ConversionCase{"NotAnException", [] { throw 42; }, 9,
-                       "undefined error in OrmidaJobExecute", "error in getError"}),
-    [](const auto& testInfo) { return std::string(testInfo.param.label); });
-
-TEST(ExportsTest, ErrorTextNullBufferReportsSizeOnly) {
-  Job job;
-  ASSERT_EQ(job.execute(), ORMIDA_FAILED);
-  size_t size = 0;
-  EXPECT_EQ(OrmidaJobGetErrorText(job.handle(), nullptr, &size), ORMIDA_OK);
-  EXPECT_EQ(size, std::strlen("error in OrmidaJobExecute: No Main document loaded") + 1);
-}
-
-TEST(ExportsTest, ErrorTextIsEmptyBeforeAnyFailure) {
-  Job job;
-  EXPECT_EQ(job.errorText(), "");
-}
+// The caller written in C keeps the header valid C.
+TEST(ExportsTest, CallerWrittenInCRunsAJob) { EXPECT_EQ(ormidaCApiRoundTrip(), 0); }
 
 }  // namespace

@@ -1,7 +1,14 @@
-// FormatConversionTest.cpp - WebAnno TSV and cloud-OCR answers through the C interface:
-// conversions between the formats, and the readers' errors as return codes and texts.
+// FormatConversionTest.cpp - hOCR, WebAnno TSV and cloud-OCR answers through the C
+// interface: conversions between the formats (the readers' errors are in ExecutionTest's
+// table).
 #include "ormida/ormida.h"
 
+#include "base/Unicode.h"
+#include "hocr/HocrWriter.h"
+#include "hocr/PugiHocrReader.h"
+#include "layout/Layout.h"
+#include "layout/Node.h"
+#include "layout/format/PlainTextWriter.h"
 #include "support/JobApi.h"
 #include "support/TempDir.h"
 
@@ -19,18 +26,16 @@ using qent::test::TempDir;
 
 const std::string kDataDir = ORMIDA_TEST_DATA_DIR;
 
-std::string errorOf(Job& job) {
-  const std::string text = job.errorText();
-  return text.rfind("error in OrmidaJobExecute: ", 0) == 0 ? text.substr(27) : "<" + text + ">";
-}
-
-extern "C" void collectText(const char* bytes, size_t count, uint64_t userdata, uint32_t) {
+// Collects the texts given to the output callback; a call with a non-zero reserved argument
+// is recorded as such.
+extern "C" void collectText(const char* bytes, size_t count, uint64_t userdata,
+                            uint32_t reserved) {
   reinterpret_cast<std::vector<std::string>*>(static_cast<uintptr_t>(userdata))
-      ->emplace_back(bytes, count);
+      ->push_back(reserved == 0 ? std::string(bytes, count) : "reserved is not 0");
 }
 
-// Runs one job over `input` (a file in `dir`) with the given output formats delivered to the
-// memory callback; returns the texts in format order.
+// Runs one job over `input` (a file in `dir`) with the given output formats (none: the
+// default) delivered to the memory callback; returns the texts in format order.
 std::vector<std::string> convert(const TempDir& dir, const std::string& input,
                                  const std::string& formats) {
   std::vector<std::string> texts;
@@ -39,47 +44,24 @@ std::vector<std::string> convert(const TempDir& dir, const std::string& input,
   job.set("InputFilename", input);
   job.set("MemoryOutputCallback", std::to_string(reinterpret_cast<uintptr_t>(&collectText)));
   job.set("MemoryOutputUserdata", std::to_string(reinterpret_cast<uintptr_t>(&texts)));
-  job.set("OutputFilename.Format", formats);
+  if (!formats.empty()) job.set("OutputFilename.Format", formats);
   EXPECT_EQ(job.execute(), ORMIDA_OK) << job.errorText();
   return texts;
 }
 
-TEST(FormatConversionTest, CloudOcrAnswerToWebAnnoFile) {
+TEST(FormatConversionTest, HocrInputToHocrByDefaultAndToPlainText) {
   TempDir dir;
-  dir.write("answer.json", readAll(kDataDir + "/cloud-ocr/hand-made.json"));
-  Job job;
-  job.set("WorkSpace", dir.path().string());
-  job.set("InputFilename", "answer.json");
-  job.set("OutputFilename", "out.tsv");
-  job.set("OutputFilename.Format", "WebAnno");
-  ASSERT_EQ(job.execute(), ORMIDA_OK) << job.errorText();
-  EXPECT_EQ(readAll(dir / "out.tsv"), readAll(kDataDir + "/webanno/from-cloud-ocr.tsv"));
+  const std::string input = readAll(ORMIDA_SOURCE_DIR "/data/samples/hocr-letter-deu-tesseract.hocr");
+  dir.write("page.hocr", input);
+  const auto layout = qent::text::hocr::PugiHocrReader().read(input);
+  EXPECT_EQ(convert(dir, "page.hocr", ""),
+            std::vector<std::string>{qent::text::hocr::HocrWriter().write(*layout)});
+  EXPECT_EQ(convert(dir, "page.hocr", "txtutf8"),
+            std::vector<std::string>{qent::base::utf16ToUtf8(
+                qent::text::layout::format::PlainTextWriter().write(*layout))});
 }
 
-TEST(FormatConversionTest, WebAnnoComesBackIdenticalThroughTheCallback) {
-  TempDir dir;
-  const std::string tsv = readAll(kDataDir + "/webanno/rich-layout.tsv");
-  dir.write("in.tsv", tsv);
-  const std::vector<std::string> texts = convert(dir, "in.tsv", "webanno;txtutf8");
-  ASSERT_EQ(texts.size(), 2u);
-  EXPECT_EQ(texts[0], tsv);
-  EXPECT_EQ(texts[1],
-            "Rechnung Nr. 2024-117\nHerrn J\xC3\xBCrgen M\xC3\xBCller\n\n1.234 EUR \xE2\x82\xAC\n");
-}
-
-TEST(FormatConversionTest, SensitiveMarksReachTheJsonLayout) {
-  TempDir dir;
-  dir.write("in.tsv",
-            "#FORMAT=WebAnno TSV 3.2\n\n#Text=Hello world\n1-1\t0-5\tHello\t_\n"
-            "1-2\t6-11\tworld\tsensitive[12]\n");
-  const std::vector<std::string> texts = convert(dir, "in.tsv", "json");
-  ASSERT_EQ(texts.size(), 1u);
-  EXPECT_NE(texts[0].find(R"("attributes":{"x_entity":"other 12","x_sensibility":1.0})"),
-            std::string::npos)
-      << texts[0];
-}
-
-TEST(FormatConversionTest, SeveralFormatsGetTheirExtensions) {
+TEST(FormatConversionTest, CloudOcrAnswerToSeveralFormatsWithTheirExtensions) {
   TempDir dir;
   dir.write("answer.json", readAll(kDataDir + "/cloud-ocr/hand-made.json"));
   Job job;
@@ -92,46 +74,6 @@ TEST(FormatConversionTest, SeveralFormatsGetTheirExtensions) {
   EXPECT_EQ(readAll(dir / "out.txt"),
             "Rechnung Nr. 117\nDatum: 17.05.2024\nGr\xC3\xB6\xC3\x9F" "e\nok\n\fSeite 2\n");
 }
-
-struct BadInputCase {
-  const char* label;
-  const char* content;
-  uint32_t code;
-  const char* error;
-};
-void PrintTo(const BadInputCase& k, std::ostream* out) { *out << k.label; }
-
-class FormatConversionErrors : public ::testing::TestWithParam<BadInputCase> {};
-
-TEST_P(FormatConversionErrors, ReturnTheReadersCodeAndText) {
-  TempDir dir;
-  dir.write("in.txt", GetParam().content);
-  dir.write("out.tsv", "earlier output");
-  Job job;
-  job.set("WorkSpace", dir.path().string());
-  job.set("InputFilename", "in.txt");
-  job.set("OutputFilename", "out.tsv");
-  job.set("OutputFilename.Format", "webanno");
-  EXPECT_EQ(job.execute(), GetParam().code);
-  EXPECT_EQ(errorOf(job), GetParam().error);
-  EXPECT_EQ(readAll(dir / "out.tsv"), "earlier output");
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Readers, FormatConversionErrors,
-    ::testing::Values(
-        BadInputCase{"WebAnnoRowThatIsNoToken", "#FORMAT=WebAnno TSV 3.2\n\n#Text=a\nnonsense\n",
-                     20001,
-                     "WebAnno TSV: row 4 is not a token row (a token id such as 1-3, a tab and "
-                     "offsets such as 0-5 must begin it): \"nonsense\""},
-        BadInputCase{"CloudOcrWordWithoutBox",
-                     R"({"responses":[{"fullTextAnnotation":{"pages":[{"blocks":[{"paragraphs":[{"words":[{"symbols":[]}]}]}]}]}}]})",
-                     20039, "Bounding box for a word is not found"},
-        BadInputCase{"CloudOcrWithoutAnnotation", R"({"responses":[{"error":{"code":7}}]})", 20039,
-                     "Incorrect format"},
-        BadInputCase{"CloudOcrThatIsNotJson", R"({"fullTextAnnotation": {"pages": [}})", 20039,
-                     "Incorrect format"}),
-    [](const auto& testInfo) { return std::string(testInfo.param.label); });
 
 TEST(FormatConversionTest, WhyACloudOcrTextIsNotJsonGoesToTheTrace) {
   TempDir dir;
