@@ -91,7 +91,10 @@ private:
   void writeLists(const TextStatistics& s) {
     auto lengths = [](const std::vector<std::uint64_t>& perLength) {
       std::string text;
-      for (std::uint64_t count : perLength) text += (text.empty() ? "" : " ") + number(count);
+      for (std::uint64_t count : perLength) {
+        if (!text.empty()) text += ' ';  // appended apart: GCC 12 -O3 warns falsely otherwise
+        text += number(count);
+      }
       return text;
     };
     line("main words per length:", lengths(s.mainPerLength));
