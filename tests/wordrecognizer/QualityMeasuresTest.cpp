@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <tuple>
 
 namespace qent::text::wordrecognizer {
 namespace {
@@ -28,16 +29,11 @@ TEST(QualityMeasuresTest, QualityIsTheGeometricMeanOfFourFactors) {
   // Halving one factor: 0.5 ^ (1/4), rounded to four decimals.
   EXPECT_EQ(statistics(100, 4.5).fulltextQuality, 0.8409);
   EXPECT_EQ(statistics(50, 9).fulltextQuality, 0.8409);  // word factor 0.5
-  const TextStatistics empty = statistics(0, 0);
-  EXPECT_EQ(empty.fulltextQuality, 0.0);
-  EXPECT_EQ(empty.glyphRatioLongWords, 0.0);
-  EXPECT_EQ(empty.longerGlyphRate, 0.0);
-}
-
-TEST(QualityMeasuresTest, SmallWordsLowerTheLongerGlyphRate) {
-  const TextStatistics s = statistics(100, 9, 150);  // 600 of 900 characters in long words
-  EXPECT_EQ(s.longerGlyphRate, 66.6667);
-  EXPECT_EQ(s.glyphRatioLongWords, 66.6667);
+  // Small words lower the long-word rates: 600 of 900 characters are in long words.
+  const TextStatistics empty = statistics(0, 0), small = statistics(100, 9, 150);
+  EXPECT_EQ(std::tuple(empty.fulltextQuality, empty.glyphRatioLongWords, empty.longerGlyphRate),
+            std::tuple(0.0, 0.0, 0.0));
+  EXPECT_EQ(std::tuple(small.longerGlyphRate, small.glyphRatioLongWords), std::tuple(66.6667, 66.6667));
 }
 
 TEST(QualityMeasuresTest, OneLetterTokenCountsAsDigramWithoutScore) {
@@ -45,9 +41,7 @@ TEST(QualityMeasuresTest, OneLetterTokenCountsAsDigramWithoutScore) {
   DigramSums sums;
   addDigrams(table, u"ab", sums);
   addDigrams(table, u"a", sums);
-  EXPECT_EQ(sums.count, 2u);
-  EXPECT_EQ(sums.sum, 9u);
-  EXPECT_EQ(sums.squareSum, 81u);
+  EXPECT_EQ(std::tuple(sums.count, sums.sum, sums.squareSum), std::tuple(2u, 9u, 81u));
 }
 
 TEST(DigramTableTest, LooksUpBothCharactersLowerCased) {

@@ -2,14 +2,13 @@
 // golden files, option and resource errors, languages, layout marks and real samples.
 #include "base/FileIo.h"
 #include "base/platform/platform.h"
+#include "support/Golden.h"
 #include "support/JobApi.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
 #include <rapidjson/document.h>
 
-#include <cstdlib>
-#include <fstream>
 #include <random>
 
 namespace {
@@ -41,19 +40,11 @@ std::string resultOf(Job& job) {
   return value;
 }
 
-// ORMIDA_UPDATE_GOLDEN=1 rewrites the file instead (tools/update-golden); review the diff.
-void expectGolden(const std::string& name, std::string actual) {
-  // The CSV names the input by its full path; the golden file keeps it relative.
+// The CSV names the input by its full path; the golden file keeps it relative.
+void expectReport(const std::string& name, std::string actual) {
   const std::string folder = (kFixture / "").string();
   for (std::size_t at; (at = actual.find(folder)) != std::string::npos;) actual.erase(at, folder.size());
-  const std::filesystem::path file = kData / "golden" / name;
-  if (const char* update = std::getenv("ORMIDA_UPDATE_GOLDEN"); update && std::string(update) == "1") {
-    std::filesystem::create_directories(file.parent_path());
-    std::ofstream(file, std::ios::binary) << actual;
-    return;
-  }
-  ASSERT_TRUE(std::filesystem::exists(file)) << file;
-  EXPECT_EQ(actual, readAll(file)) << name;
+  qent::test::expectGolden("wordrecognizer/golden/" + name, actual);
 }
 
 TEST(WordRecognizerGoldenTest, ReportsInEveryFormWithAndWithoutPages) {
@@ -64,7 +55,7 @@ TEST(WordRecognizerGoldenTest, ReportsInEveryFormWithAndWithoutPages) {
       job.set("WordRecognizer.StatisticsOutputFormat", format);
       job.set("WordRecognizer.StatisticsPerPage", perPage);
       const std::string suffix = std::string(perPage) == "true" ? "-pages." : ".";
-      expectGolden(std::string("zwei-seiten") + suffix + format, resultOf(job));
+      expectReport(std::string("zwei-seiten") + suffix + format, resultOf(job));
     }
   }
 }
@@ -92,8 +83,10 @@ TEST(WordRecognizerJobTest, BadOptionsAndResourcesNameWhatIsWrong) {
   badLists.write("de_DE.aff", "SET UTF-8\n");
   badLists.write("de_DE.dic", "1\nHaus\n");
   badLists.write("deu.stop", "der\ndi\xE9\n");
+  const std::string odd = broken.write("odd.txt", "abc").string();
+  const std::string latin1 = broken.write("latin1.txt", "Gr\xFC\xDF" "en").string();
   struct Case {
-    std::string name, value, error;
+    std::string name, value, error, input = "d;zwei-seiten.txt";
   };
   const Case cases[] = {
       {"Options", "ALL;Shiny", "unknown option in WordRecognizer.Options: Shiny"},
@@ -110,10 +103,12 @@ TEST(WordRecognizerJobTest, BadOptionsAndResourcesNameWhatIsWrong) {
            "' is broken: its first line is not the word count"},
       {"DictionaryWorkSpace", badLists.path().string(),
        (badLists / "deu.stop").string() + ": line 2 is not valid UTF-8"},
+      {"InputFormat", "utf16le", "WordRecognizer: " + odd + " is not UTF-16: odd number of bytes", odd},
+      {"InputFormat", "utf8", "WordRecognizer: " + latin1 + " is not valid UTF-8 at byte 2", latin1},
   };
   for (const Case& c : cases) {
     Job job;
-    onFixture(job);
+    onFixture(job, c.input);
     job.set("WordRecognizer." + c.name, c.value);
     EXPECT_EQ(job.execute(), 20020u) << c.name;
     EXPECT_EQ(errorOf(job), c.error);
@@ -121,11 +116,9 @@ TEST(WordRecognizerJobTest, BadOptionsAndResourcesNameWhatIsWrong) {
 }
 
 TEST(WordRecognizerJobTest, LanguageComesFromLetterOrOptionsAndGatesReadability) {
-  Job english;
+  Job english, overridden;
   onFixture(english, "e;zwei-seiten.txt");
-  const std::string report = resultOf(english);
-  EXPECT_EQ(report.find("Flesch"), std::string::npos);
-  Job overridden;
+  EXPECT_EQ(resultOf(english).find("Flesch"), std::string::npos);
   onFixture(overridden, "e;zwei-seiten.txt");
   overridden.set("WordRecognizer.Options", "Language=German");
   EXPECT_NE(resultOf(overridden).find("Flesch reading ease:      "), std::string::npos);
@@ -140,10 +133,8 @@ TEST(WordRecognizerJobTest, MarksCheckedAndRejectedWordsOfALayout) {
             R"({"text":"4711","type":"word","left":20,"top":0,"width":9,"height":9}],)"
             R"("type":"line"}],"language":"de-DE","type":"page"}],"type":"node"}})");
   Job job;
+  onFixture(job, "in.json");
   job.set("WorkSpace", dir.path().string());
-  job.set("InputFilename", "in.json");
-  job.set("WordRecognizer", "true");
-  job.set("WordRecognizer.DictionaryWorkSpace", kFixture.string());
   job.set("OutputFilename", "out.json");
   job.set("OutputFilename.Format", "json");
   ASSERT_EQ(job.execute(), 0u) << job.errorText();
@@ -156,8 +147,12 @@ TEST(WordRecognizerJobTest, MarksCheckedAndRejectedWordsOfALayout) {
   EXPECT_NE(out.find(R"({"height":9,"left":20,"text":"4711")"), std::string::npos);
 }
 
-TEST(WordRecognizerJobTest, TextInputsAreReadInTheirEncoding) {
+TEST(WordRecognizerJobTest, TextInputsAreReadInTheirEncodingDictionariesFromAnyFolder) {
   // "Grüßen Haus" in four encodings; each must give the German report of the UTF-8 text.
+  TempDir words;
+  const std::filesystem::path folder = words.path() / std::filesystem::path(u"W\u00F6rterb\u00FCcher");
+  std::filesystem::create_directories(folder);
+  for (const char* file : {"de_DE.aff", "de_DE.dic"}) std::filesystem::copy(kFixture / file, folder / file);
   struct Case {
     const char* format;
     std::string bytes;
@@ -173,38 +168,13 @@ TEST(WordRecognizerJobTest, TextInputsAreReadInTheirEncoding) {
     Job job;
     onFixture(job, "d;" + (dir / "in.txt").string());
     job.set("WordRecognizer.InputFormat", c.format);
+    job.set("WordRecognizer.DictionaryWorkSpace", qent::base::platform::pathToUtf8(folder));
     job.set("WordRecognizer.Options", "FormatJSON");
     const std::string result = resultOf(job);
     EXPECT_NE(result.find(R"("MainWordFrequency":{"Grüßen":1,"Haus":1})"), std::string::npos) << result;
     if (expected.empty()) expected = result;
     EXPECT_EQ(result, expected) << c.format;
   }
-  TempDir dir;
-  const struct {
-    const char* format;
-    std::string bytes, error;
-  } bad[] = {{"utf16le", "abc", " is not UTF-16: odd number of bytes"},
-             {"utf8", "Gr\xFC\xDF" "en", " is not valid UTF-8 at byte 2"}};
-  for (const auto& c : bad) {
-    const std::string file = dir.write(std::string(c.format) + ".txt", c.bytes).string();
-    Job job;
-    onFixture(job, file);
-    job.set("WordRecognizer.InputFormat", c.format);
-    EXPECT_EQ(job.execute(), 20020u) << c.format;
-    EXPECT_EQ(errorOf(job), "WordRecognizer: " + file + c.error);
-  }
-}
-
-TEST(WordRecognizerJobTest, LoadsDictionariesFromAFolderWithUmlauts) {
-  TempDir dir;
-  const std::filesystem::path folder = dir.path() / std::filesystem::path(u"W\u00F6rterb\u00FCcher");
-  std::filesystem::create_directories(folder);
-  for (const char* file : {"de_DE.aff", "de_DE.dic"}) std::filesystem::copy(kFixture / file, folder / file);
-  Job job;
-  onFixture(job);
-  job.set("WordRecognizer.DictionaryWorkSpace", qent::base::platform::pathToUtf8(folder));
-  job.set("WordRecognizer.StatisticsOutputFormat", "json");
-  EXPECT_NE(resultOf(job).find(R"("Haus":2)"), std::string::npos);
 }
 
 // On random texts the page statistics add up to the document's, and every garbage range is

@@ -13,6 +13,7 @@
 #include <cmath>
 #include <map>
 #include <random>
+#include <tuple>
 
 namespace qent::test {
 namespace {
@@ -128,15 +129,12 @@ void referencePage(const RefPage& left, const RefPage& right, std::vector<RefRes
     const double rr = nR == 0 ? 1.0 : 1.0 - double(r[j].errors) / double(nR);
     l[i].f1 = r[j].f1 = rl + rr > 2.220446049250313e-16 ? 2 * rl * rr / (rl + rr) : 0.0;
   }
-  auto unpaired = [](const RefPage& words, std::vector<RefResult>& results) {
-    for (std::size_t i = 0; i < words.size(); ++i) {
-      if (results[i].partner >= 0) continue;
-      const std::uint64_t n = words[i].text.size();
-      results[i] = {n, n, n, -1, 0.0};
+  for (auto [words, results] : {std::pair(&left, &l), std::pair(&right, &r)}) {
+    for (std::size_t i = 0; i < words->size(); ++i) {
+      const std::uint64_t n = (*words)[i].text.size();
+      if ((*results)[i].partner < 0) (*results)[i] = {n, n, n, -1, 0.0};
     }
-  };
-  unpaired(left, l);
-  unpaired(right, r);
+  }
 }
 
 class DocumentSource {
@@ -199,8 +197,8 @@ public:
 private:
   int pick(int bound) { return static_cast<int>(random_() % static_cast<unsigned>(bound)); }
   std::u16string text(int length) {
-    std::u16string out;
-    for (int i = 0; i < length; ++i) out.push_back(static_cast<char16_t>(u'a' + pick(5)));
+    std::u16string out(static_cast<std::size_t>(length), u'a');
+    for (char16_t& unit : out) unit = static_cast<char16_t>(u'a' + pick(5));
     return out;
   }
   std::u16string damage(const std::u16string& source) {
@@ -247,41 +245,31 @@ TEST(ComparatorDifferentialTest, AgreesWithTheSimpleReference) {
     comparator->compare();
 
     std::uint64_t leftCount = 0, leftErrors = 0;
-    const std::size_t pages = std::max(ocrPages.size(), truthPages.size());
-    for (std::size_t p = 0; p < pages; ++p) {
-      const RefPage noPage;
-      const RefPage& l = p < ocrPages.size() ? ocrPages[p] : noPage;
-      const RefPage& r = p < truthPages.size() ? truthPages[p] : noPage;
-      std::vector<RefResult> wantLeft, wantRight;
-      referencePage(l, r, wantLeft, wantRight);
-      auto check = [&](const std::vector<RefResult>& want, const std::vector<Word*>& nodes,
-                       const std::vector<Word*>* partners, const char* side) {
-        for (std::size_t i = 0; i < want.size(); ++i) {
-          const auto* got = comparator->statistics(nodes[i]);
-          ASSERT_NE(got, nullptr) << side << " word " << i;
-          const Node* partner = want[i].partner < 0 ? nullptr : (*partners)[want[i].partner];
-          EXPECT_EQ(got->partner, partner) << "round " << round << " page " << p << " " << side << " word " << i;
-          EXPECT_EQ(got->count, want[i].count) << "round " << round << " " << side << " word " << i;
-          EXPECT_EQ(got->errors, want[i].errors) << "round " << round << " " << side << " word " << i;
-          EXPECT_EQ(got->lengthDifference, want[i].lengthDifference) << "round " << round;
-          EXPECT_DOUBLE_EQ(got->f1Measure, want[i].f1) << "round " << round;
+    for (std::size_t p = 0; p < std::max(ocrPages.size(), truthPages.size()); ++p) {
+      const RefPage& l = p < ocrPages.size() ? ocrPages[p] : RefPage();
+      const RefPage& r = p < truthPages.size() ? truthPages[p] : RefPage();
+      std::vector<RefResult> want[2];
+      referencePage(l, r, want[0], want[1]);
+      const std::vector<Word*> none, *nodes[2] = {p < leftWords.size() ? &leftWords[p] : &none,
+                                                  p < rightWords.size() ? &rightWords[p] : &none};
+      for (int side = 0; side < 2; ++side) {
+        for (std::size_t i = 0; i < want[side].size(); ++i) {
+          const auto* got = comparator->statistics((*nodes[side])[i]);
+          const RefResult& w = want[side][i];
+          ASSERT_NE(got, nullptr);
+          const Node* partner = w.partner < 0 ? nullptr : (*nodes[1 - side])[w.partner];
+          EXPECT_EQ(std::tuple(got->partner, got->count, got->errors, got->lengthDifference),
+                    std::tuple(partner, w.count, w.errors, w.lengthDifference))
+              << "round " << round << " page " << p << " side " << side << " word " << i;
+          EXPECT_DOUBLE_EQ(got->f1Measure, w.f1) << "round " << round;
+          if (side == 0) leftCount += w.count, leftErrors += w.errors;
         }
-      };
-      const std::vector<Word*> none;
-      const auto& lNodes = p < leftWords.size() ? leftWords[p] : none;
-      const auto& rNodes = p < rightWords.size() ? rightWords[p] : none;
-      check(wantLeft, lNodes, &rNodes, "left");
-      check(wantRight, rNodes, &lNodes, "right");
-      for (const RefResult& w : wantLeft) {
-        leftCount += w.count;
-        leftErrors += w.errors;
       }
       if (::testing::Test::HasFailure()) return;
     }
     const auto* rootStats = comparator->statistics(left->root());
     ASSERT_NE(rootStats, nullptr);
-    EXPECT_EQ(rootStats->count, leftCount);
-    EXPECT_EQ(rootStats->errors, leftErrors);
+    EXPECT_EQ(std::pair(rootStats->count, rootStats->errors), std::pair(leftCount, leftErrors));
   }
 }
 

@@ -12,6 +12,7 @@
 #include "support/Golden.h"
 #include "support/LayoutDump.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -29,6 +30,8 @@ namespace {
 using namespace qent::text::layout;
 using qent::text::layout::format::JSONReader;
 using qent::text::layout::format::JSONWriter;
+using ::testing::HasSubstr;
+using ::testing::ThrowsMessage;
 
 std::string readRoot(const std::string& rootObject) {
   return dump(*JSONReader().read("{\"root\":" + rootObject + "}"));
@@ -55,9 +58,8 @@ TEST(JSONReaderTest, BuildsTheTree) {
        "Page{Line(base=\"0.5 -1\",@k=v)}"},
       {R"({"type":"word","left":10.9,"top":-3.7,"width":0,"height":5,"font_style":"oblique","font_weight":"light","color_rgb":[1,2,3.9]})",
        "Word[10,-3,0,5](style=3,weight=1,color=\"1 2 3\")"},
-      {R"({"type":"glyph","font_style":"bold","font_weight":"heavy","color_rgb":[1,2],"backgr_color_rgb":[1,2,3,4]})",
-       "Glyph"},
-      {R"({"type":"word","text":5,"left":"3","children":{"type":"glyph"},"attributes":[1],"confidence":null,"polygon":{},"id":true,"font_family":["x"]})",
+      // Members of the wrong kind or out of their names' range are left out.
+      {R"({"type":"word","text":5,"left":"3","children":{"type":"glyph"},"attributes":[1],"confidence":null,"polygon":{},"id":true,"font_family":["x"],"font_style":"bold","font_weight":"heavy","color_rgb":[1,2],"backgr_color_rgb":[1,2,3,4]})",
        "Word"},
       {R"({"type":"glyph","text":"a","text":"b","type":"word","children":[{"type":"glyph"}],"children":[],"left":1,"left":"x"})",
        "Word\"b\""},
@@ -84,20 +86,6 @@ TEST(JSONReaderTest, BuildsTheTree) {
       << "the last root object wins";
 }
 
-TEST(JSONReaderTest, ReadsTheDeepestNestingAllowed) {
-  std::string json = "{\"root\":";
-  for (std::size_t i = 1; i < kMaxLayoutDepth; ++i) json += R"({"type":"node","children":[)";
-  json += R"({"type":"word","text":"deep"})";
-  for (std::size_t i = 1; i < kMaxLayoutDepth; ++i) json += "]}";
-  auto layout = JSONReader().read(json + "}");
-  std::size_t depth = 0;
-  for (const Node* node = layout->root(); node != nullptr;
-       node = node->childCount() > 0 ? &node->child(0) : nullptr) {
-    ++depth;
-  }
-  EXPECT_EQ(depth, kMaxLayoutDepth);
-}
-
 std::string nested(const std::string& open, const std::string& close, std::size_t levels,
                    const std::string& inner = "") {
   std::string text;
@@ -118,91 +106,66 @@ TEST(JSONReaderTest, RefusesBadInputWithTheDocumentedError) {
   const std::string point = fault + "a point of \"polygon\" is not an array of two numbers";
   const std::string tooDeep = fault + "nodes nested deeper than 1000 levels";
   const std::string valuesTooDeep = fault + "values nested deeper than 2064 levels";
-  const std::string deepNodes = nested(R"({"type":"node","children":[)", "]}", kMaxLayoutDepth,
-                                       R"({"type":"word"})");
+  auto range = [&](const std::string& number, const std::string& member) {
+    return fault + "the number " + number + " of \"" + member + "\" is out of range";
+  };
   struct Bad {
-    std::string json;
-    unsigned code;
-    std::string message;
+    std::string json, message;
+    unsigned code = 20039;
   };
   const Bad cases[] = {
-      {"", 20039, notJson},
-      {R"({"root":{"type":"page"})", 20039, notJson},
-      {"[]", 20039, notJson},
-      {"null", 20039, notJson},
-      {R"({"root":{"type":"node"}} x)", 20039, notJson},
-      {std::string("{\"root\":{\"type\":\"node\"}}\0x", 27), 20039, notJson},
-      {std::string("{\"root\":{\"type\":\"no\0de\"}}", 25), 20039, notJson},
-      {"{\"root\":{\"type\":\"word\",\"text\":\"\xC3\x28\"}}", 20039, notJson},
-      {"{\"root\":{\"type\":\"word\",\"text\":\"\xC0\xAF\"}}", 20039, notJson},
-      {R"({"root":{"type":"word","text":"\udc00"}})", 20039, notJson},
-      {R"({"root":{"type":"word","attributes":{"\ud800x":"a"}}})", 20039, notJson},
-      {R"({"root":{"type":"node",}})", 20039, notJson},
-      {R"({"root":{"type":"node"}/*x*/})", 20039, notJson},
-      {R"({"root":{"type":"word","confidence":NaN}})", 20039, notJson},
-      // The parser takes no number beyond the range of a double, wherever it stands.
-      {R"({"root":{"type":"node","x":-1e400}})", 20039, notJson},
-      {"{\"root\":{\"type\":\"word\",\"top\":" + std::string(400, '9') + "}}", 20039, notJson},
-      {R"({"root":{"children":[]},"x":})", 20039, notJson},
-      {"{}", 20039, noRoot},
-      {R"({"root":"node"})", 20039, noRoot},
-      {R"({"root":{}})", 20039, noType},
-      {R"({"root":{"type":"node","type":5}})", 20039, noType},
-      {R"({"root":{"type":"node","children":[{"text":"a"}]}})", 20039, noType},
-      {R"({"root":{"type":"node","attributes":{"a":true}}})", 0, attribute},
-      {R"({"root":{"type":"node","attributes":{"a":{}}}})", 0, attribute},
-      {R"({"root":{"type":"line","attributes":{"baseline_coefficients":[1,"2"]}}})", 0,
-       attribute},
-      {R"({"root":{"type":"word","width":-1}})", 0, rectangle},
-      {R"({"root":{"type":"content_area","height":-2.5}})", 0, rectangle},
-      {R"({"root":{"type":"node","children":[{"type":"page"},5]}})", 20039, child},
-      {R"({"root":{"type":"node","children":[[]]}})", 20039, child},
-      {R"({"root":{"type":"line","polygon":[[1,2,3]]}})", 20039, point},
-      {R"({"root":{"type":"line","polygon":[1,2]}})", 20039, point},
-      {R"({"root":{"type":"line","baseline":[1,[2]]}})", 20039,
+      // Plain syntax errors are the conformance suite's; these are the reader's own checks.
+      {std::string("{\"root\":{\"type\":\"node\"}}\0x", 27), notJson},
+      {std::string("{\"root\":{\"type\":\"no\0de\"}}", 25), notJson},
+      {"{\"root\":{\"type\":\"word\",\"text\":\"\xC0\xAF\"}}", notJson},
+      {R"({"root":{"type":"word","text":"\udc00"}})", notJson},
+      // The parser takes no number beyond the range of a double.
+      {"{\"root\":{\"type\":\"word\",\"top\":" + std::string(400, '9') + "}}", notJson},
+      {"{}", noRoot},
+      {R"({"root":"node"})", noRoot},
+      {R"({"root":{}})", noType},
+      {R"({"root":{"type":"node","type":5}})", noType},
+      {R"({"root":{"type":"node","children":[{"text":"a"}]}})", noType},
+      {R"({"root":{"type":"node","attributes":{"a":true}}})", attribute, 0},
+      {R"({"root":{"type":"line","attributes":{"baseline_coefficients":[1,"2"]}}})", attribute, 0},
+      {R"({"root":{"type":"word","width":-1}})", rectangle, 0},
+      {R"({"root":{"type":"content_area","height":-2.5}})", rectangle, 0},
+      {R"({"root":{"type":"node","children":[{"type":"page"},5]}})", child},
+      {R"({"root":{"type":"line","polygon":[[1,2,3]]}})", point},
+      {R"({"root":{"type":"line","polygon":[1,2]}})", point},
+      {R"({"root":{"type":"line","baseline":[1,[2]]}})",
        fault + "\"baseline\" holds a value that is not a number"},
-      {R"({"root":{"type":"word","color_rgb":[1,"2",3]}})", 20039,
+      {R"({"root":{"type":"word","color_rgb":[1,"2",3]}})",
        fault + "a component of \"color_rgb\" is not a number"},
-      {R"({"root":{"type":"word","backgr_color_rgb":[1,256,3]}})", 20039,
-       fault + "the number 256 of \"backgr_color_rgb\" is out of range"},
-      {R"({"root":{"type":"word","left":2147483648}})", 20039,
-       fault + "the number 2147483648 of \"left\" is out of range"},
-      {R"({"root":{"type":"word","polygon":[[0,-3e9]]}})", 20039,
-       fault + "the number -3e+09 of \"polygon\" is out of range"},
-      {R"({"root":{"type":"page","width":-1}})", 20039,
-       fault + "the number -1 of \"width\" is out of range"},
-      {R"({"root":{"type":"word","x_checked":-1}})", 20039,
-       fault + "the number -1 of \"x_checked\" is out of range"},
+      {R"({"root":{"type":"word","backgr_color_rgb":[1,256,3]}})", range("256", "backgr_color_rgb")},
+      {R"({"root":{"type":"word","left":2147483648}})", range("2147483648", "left")},
+      {R"({"root":{"type":"word","polygon":[[0,-3e9]]}})", range("-3e+09", "polygon")},
+      {R"({"root":{"type":"word","x_checked":-1}})", range("-1", "x_checked")},
       // Just above the largest double: the parser lets it through, the conversion not.
-      {R"({"root":{"type":"word","confidence":1.8e308}})", 20039,
-       fault + "the number 1.8e308 of \"confidence\" is out of range"},
-      {"{\"root\":{\"type\":\"word\",\"font_size\":1.8" + std::string(60, '0') + "e308}}", 20039,
+      {R"({"root":{"type":"word","confidence":1.8e308}})", range("1.8e308", "confidence")},
+      {"{\"root\":{\"type\":\"word\",\"font_size\":1.8" + std::string(60, '0') + "e308}}",
        fault + "the number 1.8" + std::string(37, '0') + "... of \"font_size\" is out of range"},
-      {"{\"root\":" + deepNodes + "}", 20039, tooDeep},
-      {"{\"root\":" + nested(R"({"type":"node","children":[)", "]}", 100000) + "}", 20039,
-       tooDeep},
-      {R"({"root":{"type":"node","x":)" + nested("[", "]", 100000) + "}}", 20039, valuesTooDeep},
-      {std::string(100000, '['), 20039, notJson},
-      {nested("{\"a\":", "", 100000), 20039, valuesTooDeep}};
+      {"{\"root\":" + nested(R"({"type":"node","children":[)", "]}", kMaxLayoutDepth,
+                               R"({"type":"word"})") + "}", tooDeep},
+      {"{\"root\":" + nested(R"({"type":"node","children":[)", "]}", 100000) + "}", tooDeep},
+      {R"({"root":{"type":"node","x":)" + nested("[", "]", 100000) + "}}", valuesTooDeep},
+      {nested("{\"a\":", "", 100000), valuesTooDeep}};
   for (const Bad& c : cases) {
     const std::string shown = c.json.substr(0, 80);
     try {
       JSONReader().read(c.json);
       ADD_FAILURE() << "read without error: " << shown;
-    } catch (const base::QentException& e) {
-      EXPECT_EQ(e.code(), c.code) << shown;
-      EXPECT_EQ(e.what(), c.message) << shown;
-    } catch (const std::invalid_argument& e) {
-      EXPECT_EQ(0u, c.code) << shown;
+    } catch (const std::exception& e) {
+      const auto* qent = dynamic_cast<const base::QentException*>(&e);
+      EXPECT_EQ(qent != nullptr ? qent->code() : 0u, c.code) << shown;
       EXPECT_EQ(e.what(), c.message) << shown;
     }
   }
 }
 
+// Unset values, zero sizes and box kinds are the golden document's.
 TEST(JSONWriterTest, WritesTheConditionalMembers) {
   const Case cases[] = {
-      {"Word\"a\"(conf=-1)", R"({"text":"a","type":"word"})"},
-      {"Word[0,0,0,5]", R"({"height":5,"left":0,"top":0,"type":"word","width":0})"},
       {"Word\"ab\"{Glyph\"a\"(conf=80),Glyph\"b\"(conf=91),Glyph\"c\"}",
        R"({"confidence":85.5,"text":"ab","type":"word"})"},
       {"Word{Glyph\"g\",Content:x\"A\"{Content:y\"B\"},Content:z\"C\"}",
@@ -210,10 +173,8 @@ TEST(JSONWriterTest, WritesTheConditionalMembers) {
       {"Glyph(style=4,weight=9,size=0)",
        R"({"font_size":0.0,"font_style":"","font_weight":"","type":"glyph"})"},
       {"Glyph(color=\"1 2 3\",bg=\"unset 4 5 6\")", R"({"color_rgb":[1,2,3],"type":"glyph"})"},
-      {"Word(sens=-1)", R"({"type":"word"})"},
       {"Line(asc=3,@max_ascenders=old,@m=x)",
        R"({"attributes":{"m":"x","max_ascenders":3.0},"type":"line"})"},
-      {"Box:my_area", R"({"type":"my_area"})"},
       {"Word\"\\\"\\\\\\n\\x01\"", R"({"text":"\"\\\n\u0001","type":"word"})"},
       {"Line(asc=1e+21,desc=1e-07,gh=0.1)",
        R"({"attributes":{"max_ascenders":1e21,"max_descenders":1e-7,"max_glyph_height":0.1},"type":"line"})"},
@@ -235,13 +196,8 @@ TEST(JSONWriterTest, RefusesWhatJsonCannotHold) {
   for (const auto& [spoil, member] : cases) {
     Line line;
     spoil(line);
-    try {
-      JSONWriter().writeNode(line);
-      ADD_FAILURE() << member << " written";
-    } catch (const std::invalid_argument& e) {
-      EXPECT_NE(std::string(e.what()).find("\"" + std::string(member) + "\""), std::string::npos)
-          << e.what();
-    }
+    EXPECT_THAT([&] { JSONWriter().writeNode(line); },
+                ThrowsMessage<std::invalid_argument>(HasSubstr("\"" + std::string(member) + "\"")));
   }
   Page page;
   page.setLanguage("\xC3");
@@ -277,6 +233,7 @@ private:
 
   int pick(int low, int high) { return std::uniform_int_distribution<int>(low, high)(random_); }
   bool maybe(int percent = 50) { return pick(1, 100) <= percent; }
+  std::uint8_t byte() { return static_cast<std::uint8_t>(pick(0, 255)); }
 
   std::u16string text(int maxLength = 6) {
     static const std::u16string kPieces[] = {u"a", u"Z", u"7", u" ", u"\"", u"\\", u"/", u"\n",
@@ -297,9 +254,8 @@ private:
     }
   }
   std::int32_t coordinate() {
-    return maybe(80) ? pick(-50, 5000)
-                     : (maybe() ? std::numeric_limits<std::int32_t>::max()
-                                : std::numeric_limits<std::int32_t>::min());
+    using Limits = std::numeric_limits<std::int32_t>;
+    return maybe(80) ? pick(-50, 5000) : (maybe() ? Limits::max() : Limits::min());
   }
 
   void common(Node& n) {
@@ -328,20 +284,13 @@ private:
     if (maybe(20)) f->setFontWeight(static_cast<std::uint32_t>(pick(0, lastCode)));
     if (maybe(20)) f->setTextangle(number());
     if (maybe(20)) f->setXEntity(maybe() ? "PER" : "B-LOC I\xC3\xA4");
-    if (maybe(15)) {
-      std::vector<Point> points;
-      for (int i = pick(1, 4); i > 0; --i) points.push_back(Point{coordinate(), coordinate()});
-      f->setPolygon(points);
-    }
-    if (maybe(15)) {
-      std::vector<double> coefficients;
-      for (int i = pick(1, 3); i > 0; --i) coefficients.push_back(number());
-      f->setBaseline(coefficients);
-    }
-    auto rgb = [&] {
-      return Rgb{static_cast<std::uint8_t>(pick(0, 255)), static_cast<std::uint8_t>(pick(0, 255)),
-                 static_cast<std::uint8_t>(pick(0, 255))};
-    };
+    std::vector<Point> points(maybe(15) ? pick(1, 4) : 0);
+    for (Point& point : points) point = Point{coordinate(), coordinate()};
+    if (!points.empty()) f->setPolygon(points);
+    std::vector<double> coefficients(maybe(15) ? pick(1, 3) : 0);
+    for (double& coefficient : coefficients) coefficient = number();
+    if (!coefficients.empty()) f->setBaseline(coefficients);
+    auto rgb = [&] { return Rgb{byte(), byte(), byte()}; };
     if (maybe(15)) f->setColor(rgb());
     if (maybe(15)) f->setBackgroundColor(rgb());
     if (maybe(10)) f->setHasColor(false);
@@ -364,35 +313,26 @@ private:
         if (maybe()) p->setTextangle(number());
         if (maybe(10)) p->setAuxiliaryFloat(1);
         made = std::move(p);
-        break;
-      }
-      case 1: {
-        auto i = std::make_unique<Image>();
-        i->setImage(text());
-        made = std::move(i);
-        break;
-      }
+      } break;
+      case 1: made = std::make_unique<Image>(); static_cast<Image&>(*made).setImage(text()); break;
       case 2: {
         auto c = std::make_unique<Content>();
         c->setTypeName(kContentNames[pick(0, 5)]);
         c->setText(text());
         made = std::move(c);
-        break;
-      }
+      } break;
       case 3: {
         auto b = fragment<Box>();
         if (!faithful_ && maybe()) b->setBoxKind(static_cast<std::uint32_t>(pick(0, 30)));
         made = std::move(b);
-        break;
-      }
+      } break;
       case 4: {
         auto l = fragment<Line>();
         if (maybe(30)) l->setMaxAscenders(number());
         if (maybe(30)) l->setMaxDescenders(number());
         if (maybe(30)) l->setMaxGlyphHeight(number());
         made = std::move(l);
-        break;
-      }
+      } break;
       case 5: {
         auto w = fragment<Word>();
         if (maybe(20)) w->setXChecked(maybe() ? 1 : std::numeric_limits<std::uint64_t>::max());
@@ -413,8 +353,7 @@ private:
         auto p = fragment<Picture>();
         if (maybe()) p->setImageSource(text());
         made = std::move(p);
-        break;
-      }
+      } break;
       default: made = std::make_unique<Node>(); break;
     }
     common(*made);
@@ -456,16 +395,7 @@ TEST(JSONFormatTest, GoldenDocumentOfEveryMember) {
   const std::string json = readTestData("json/all-members.json");
   // The other box kind and the plain fragment come back as contents without geometry;
   // containers take their glyphs' mean confidence; the rest comes back unchanged.
-  EXPECT_EQ(dump(*JSONReader().read(json)),
-            "Content#doc:node(@producer=test){Image\"page1.png\",Page#p1(w=2480,h=3508,lang=de,"
-            "angle=0.5){Box#b1[100,200,2000,300](conf=93,entity=ignored){Line#l1[100,200,900,40]("
-            "conf=96,base=\"0.01 -2.5\",asc=30,desc=8,gh=38,@style=\"heading 1\"){Word#w1[100,200,"
-            "400,40]\"Rechnung\"(conf=96,size=12,family=\"DejaVu Serif\",style=1,weight=3,sens=0.75,"
-            "entity=B-MISC,color=\"0 0 0\",bg=\"255 255 255\",checked=1),Word#w2[520,200,480,40]"
-            "\"Nr.\xC3\xA4\"(conf=88.25,poly=\"520 200;1000 200;1000 240;520 240\",rejected=2),Word"
-            "\"17\"}},Content:ocrx_table\"table\"{Field[120,620,300,50]\"field\"},Picture#pic[100,"
-            "1600,800,600](angle=90,src=\"figure 1.png\"),Content:fragment,Glyph[0,0,0,5]\"x\"("
-            "conf=0),Content:ocrx_note\"note\",Content#n:node}}");
+  expectGolden("json/all-members.read.txt", dump(*JSONReader().read(json)));
   const std::string once = roundTrip(json);
   EXPECT_EQ(roundTrip(once), once);
 }
@@ -475,10 +405,7 @@ TEST(JSONFormatTest, GoldenDocumentOfEveryMember) {
 TEST(JSONFormatTest, GoldenHandMadeDocument) {
   auto layout = JSONReader().read(readTestData("json/hand-made.json"));
   EXPECT_EQ(layout->format(), 4u);
-  EXPECT_EQ(dump(*layout),
-            "Content:node{Page(w=1000,h=1400,lang=en){Box[10,10,500,100]{Line[10,10,500,30](@"
-            "dpi=300.000000){Word[10,10,100,30]\"Hello\"(conf=91,@lang=en,@score=0.500000),Word["
-            "120,10,100,30]\"world\"(conf=80)}},Content:ocrx_table(@rows=3.000000)}}");
+  expectGolden("json/hand-made.read.txt", dump(*layout));
   expectGolden("json/hand-made.written.json", JSONWriter().write(*layout));
 }
 
@@ -500,14 +427,11 @@ TEST(JSONFormatTest, AnswersEveryDocumentOfTheConformanceSuite) {
     }
     const std::size_t first = json.find_first_not_of(" \t\r\n");
     const bool object = first != std::string::npos && json[first] == '{';
-    if (name[0] == 'y') {
-      EXPECT_EQ(message, object ? "Root node is not found" : "Failed to parse JSON layout") << name;
-    } else if (name[0] == 'n') {
-      EXPECT_EQ(message, "Failed to parse JSON layout") << name;
-    } else {
-      EXPECT_TRUE(message == "Failed to parse JSON layout" || message == "Root node is not found")
-          << name << ": " << message;
-    }
+    const std::string noRoot = "Root node is not found", notJson = "Failed to parse JSON layout";
+    const char kind = name[0];
+    EXPECT_TRUE(kind == 'y' ? message == (object ? noRoot : notJson)
+                            : message == notJson || (kind == 'i' && message == noRoot))
+        << name << ": " << message;
   }
   EXPECT_GT(files, 300);
 }
