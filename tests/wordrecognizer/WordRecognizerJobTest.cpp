@@ -17,7 +17,10 @@ using qent::test::Job;
 using qent::test::readAll;
 using qent::test::TempDir;
 
-const std::filesystem::path kData = std::filesystem::path(ORMIDA_TEST_DATA_DIR) / "wordrecognizer";
+// Absolute with its drive: on Windows a path that starts at the root but names no drive
+// would be taken on the drive of the workspace it is resolved against.
+const std::filesystem::path kData =
+    std::filesystem::absolute(std::filesystem::path(ORMIDA_TEST_DATA_DIR) / "wordrecognizer");
 const std::filesystem::path kFixture = kData / "fixture";
 
 std::string errorOf(Job& job) {
