@@ -14,18 +14,14 @@ namespace fs = std::filesystem;
 
 namespace {
 
-bool isFile(const fs::path& path) {
-  std::error_code ec;
-  return fs::is_regular_file(path, ec);
-}
-
 std::unique_ptr<Speller> loadSpeller(const ResourceFolders& folders, const std::string& language) {
   const std::vector<std::string> stems = dictionaryStems(language);
   const std::vector<fs::path> searched = folders.dictionaryFolders();
   for (const fs::path& folder : searched) {
     for (const std::string& stem : stems) {
       const fs::path base = folder / stem;
-      if (isFile(fs::path(base).concat(".aff")) && isFile(fs::path(base).concat(".dic"))) {
+      if (ResourceFolders::isFile(fs::path(base).concat(".aff")) &&
+          ResourceFolders::isFile(fs::path(base).concat(".dic"))) {
         return std::make_unique<Speller>(base);
       }
     }

@@ -7,14 +7,10 @@ namespace qent::text::wordrecognizer {
 
 namespace fs = std::filesystem;
 
-namespace {
-
-bool isFile(const fs::path& path) {
+bool ResourceFolders::isFile(const fs::path& path) {
   std::error_code ec;
   return fs::is_regular_file(path, ec);
 }
-
-}  // namespace
 
 ResourceFolders::ResourceFolders(fs::path dictionaryWorkSpace, fs::path workSpace,
                                  std::vector<fs::path> dataFolders)

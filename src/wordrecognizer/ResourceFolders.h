@@ -28,6 +28,8 @@ public:
   std::vector<std::filesystem::path> dictionaryFolders() const;
   // The folders searched, joined for messages ("a", "b").
   static std::string describe(const std::vector<std::filesystem::path>& folders);
+  // A regular file there; an unreadable folder counts as no file, so the search goes on.
+  static bool isFile(const std::filesystem::path& path);
   std::vector<std::filesystem::path> dataSearchFolders() const;
 
 private:
