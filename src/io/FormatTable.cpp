@@ -106,8 +106,6 @@ constexpr Format kFormats[] = {
 
 }  // namespace
 
-std::span<const Format> formats() { return kFormats; }
-
 const Format* formatOfContent(std::string_view utf8) {
   const std::size_t start = utf8.find_first_not_of(" \t\n\r");
   const std::string_view text = start == std::string_view::npos ? "" : utf8.substr(start);

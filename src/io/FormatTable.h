@@ -11,7 +11,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <span>
 #include <string_view>
 
 namespace qent::text::layout {
@@ -31,8 +30,6 @@ struct Format {
   std::unique_ptr<text::layout::Layout> (*read)(std::string_view utf8, const ReadOptions& options);
   void (*write)(const text::layout::Layout& layout, base::Sink& sink);
 };
-
-std::span<const Format> formats();
 
 // The format the text (UTF-8) is in, judged after its leading white space; null for plain
 // text.

@@ -38,7 +38,6 @@ public:
   // closed.
   void finish();
 
-  std::size_t depth() const { return open_.size(); }
   // The innermost open element, and whether nothing has been written inside it yet.
   const std::string& currentName() const { return open_.back(); }
   bool currentIsEmpty() const { return startTagOpen_; }
