@@ -8,6 +8,7 @@
 #include "layout/Nodes.h"
 #include "support/LayoutDump.h"
 #include "support/Golden.h"
+#include "support/RandomDump.h"
 
 #include <gtest/gtest.h>
 #include <pugixml.hpp>
@@ -140,86 +141,17 @@ TEST(HocrWriterTest, WritesEachDecision) {
   }
 }
 
-// Random trees, built from their dump, of every node class with ids, texts, fields and
-// attributes drawn from small pools that hold the awkward cases: unusable and repeated ids,
-// ";" and control characters, attribute keys that are hOCR properties, HTML attributes or
-// neither, huge and reversed geometry.
-template <class Pool>
-std::string pick(std::mt19937& random, const Pool& pool) {
-  return pool[random() % std::size(pool)];
-}
-
-// Up to `most` entries of the pool, each after a comma.
-template <class Pool>
-std::string some(std::mt19937& random, const Pool& pool, unsigned most) {
-  std::string out;
-  for (unsigned i = random() % (most + 1); i > 0; --i) out += "," + pick(random, pool);
-  return out;
-}
-
-std::string randomNode(std::mt19937& random, int depth) {
-  static const char* const kClasses[] = {"Content", "Content", "Page", "Box", "Line", "Word",
-      "Word", "Glyph", "Field", "Picture", "Node"};
-  static const char* const kIds[] = {"", "", "", "#n1", "#n1", "#1", "#\"a b\"", "#word_1_1",
-      "#block_1_1", "#page_1", "#\"p\xC3\xA9\""};
-  static const char* const kTypes[] = {"", ":node", ":body", ":div", ":span", ":br", ":ocr_carea",
-      ":ocr_par", ":ocrx_table", ":region", ":em", ":ocrx_word", ":\"\\x06ocr_line\"", ":ocr_page"};
-  static const char* const kTexts[] = {"", "\"word\"", "\"x;y\"", "\"  pad  \"",
-      "\"\xC3\xA4\xE2\x82\xAC\"", "\"a\\x01b\"", "\"\\\"q\\\" <&>\"", "\"line_1_1\"", "\"1\""};
-  static const char* const kRects[] = {"", "", "[0,0,5,5]", "[-20,10,0,3]", "[2147483600,500,99,1]",
-      "[10,1,0,0]"};
-  static const char* const kAttributes[] = {"@x_foo=\"1 2 3 4\"", "@lang=\"a;b\"", "@dir=rtl",
-      "@bbox=\"1 2 3 4\"", "@x_wconf=x", "@style=\"font-weight: bold\"", "@class=bold", "@\"\"=1",
-      "@\"a b\"=\" pad \"", "@image=\"\"", "@font-weight=bold", "@ppageno=-7",
-      "@x_size=99999999999", "@title=1", "@id=x", "@\"xml:lang\"=x", "@data-x=\"rgb(1,2,3)\"",
-      "@x_bboxes=\"1 2 3 4\"", "@\"\\x06x_wconf\"=1", "@\"\\x06bbox\"=\"1 2 3 4\"",
-      "@poly=\"a;b\""};
-  static const char* const kFragmentFields[] = {"conf=93", "conf=1e-07", "conf=0.5",
-      "size=12345.678", "family=\"x;y\"", "family=word", "style=3", "weight=4", "color=\"7 0 255\"",
-      "bg=\"1 200 3\"", "angle=-1", "base=\"0.5 -1\"", "poly=\"2147483600 2;3 0\"", "sens=0.5",
-      "entity=PER", "entity=\"a;b\""};
-  static const char* const kPageFields[] = {"w=2147483600", "h=2999", "lang=deu", "angle=0.5",
-      "pnum=2"};
-  static const char* const kLineFields[] = {"asc=93", "desc=-1", "gh=0.5"};
-  static const char* const kWordFields[] = {"checked=2", "rejected=1099511627776"};
-  static const char* const kBoxFields[] = {"kind=3", "kind=12", "kind=29"};
-
-  const std::string cls = depth == 0 ? "Content" : pick(random, kClasses);
-  std::string node = cls + pick(random, kIds);
-  std::string fields = some(random, kAttributes, 3);
-  std::string children;
-  if (cls == "Content") node += pick(random, kTypes) + pick(random, kTexts);
-  if (cls == "Box") node += pick(random, kTypes);
-  if (cls != "Content" && cls != "Page" && cls != "Node") {
-    node += pick(random, kRects) + pick(random, kTexts);
-    fields += some(random, kFragmentFields, 4);
-  }
-  if (cls == "Page") {
-    fields += some(random, kPageFields, 3);
-    if (random() % 2 == 0) children += ",Image" + pick(random, kTexts);
-  }
-  if (cls == "Box") fields += some(random, kBoxFields, 1);
-  if (cls == "Line") fields += some(random, kLineFields, 3);
-  if (cls == "Word") fields += some(random, kWordFields, 2);
-  if (cls == "Picture") fields += ",src=\"x;y\"";
-  if (!fields.empty()) node += "(" + fields.substr(1) + ")";
-  for (unsigned i = depth < 6 ? random() % (depth == 0 ? 4 : 3) : 0; i > 0; --i) {
-    children += "," + randomNode(random, depth + 1);
-  }
-  return children.empty() ? node : node + "{" + children.substr(1) + "}";
-}
-
 TEST(HocrWriterRoundTripTest, WrittenRandomTreesReadBackToThemselves) {
   // A tree made in code may hold what hOCR cannot say; once read from hOCR it must survive
   // every further write and read unchanged, text and tree alike.
   static const char* const kNames[] = {"tess", "5.0", "", "a b", "x;y"};
   std::mt19937 random(1);
   for (int round = 1; round <= 500; ++round) {
-    const std::string tree = randomNode(random, 0);
+    const std::string tree = qent::test::randomDump(random);
     const auto original = parseLayout(tree);
     Layout::Versions versions;
     for (int i = random() % 3; i > 0; --i) {
-      versions.emplace_back(pick(random, kNames), pick(random, kNames));
+      versions.emplace_back(kNames[random() % 5], kNames[random() % 5]);
     }
     original->setVersions(versions);
     if (random() % 4 == 0) original->setFormat(3);

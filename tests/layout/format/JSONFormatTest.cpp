@@ -11,6 +11,7 @@
 #include "support/GermanLocale.h"
 #include "support/Golden.h"
 #include "support/LayoutDump.h"
+#include "support/RandomDump.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -213,168 +214,19 @@ TEST(JSONFormatTest, NumbersIgnoreTheProcessLocale) {
             "Word(conf=2.5,@n=3.250000)");
 }
 
-// Random trees over every class and field. A faithful tree leaves out what the format
-// deliberately does not carry back (boxes of kinds other than content areas, plain fragments,
-// font codes without a name), so its document must survive a round trip unchanged.
-class RandomTrees {
-public:
-  RandomTrees(unsigned seed, bool faithful) : random_(seed), faithful_(faithful) {}
-
-  std::unique_ptr<Layout> layout() {
-    auto top = std::make_unique<Content>();
-    top->setTypeName(u"node");
-    for (int i = pick(0, 3); i > 0; --i) top->appendChild(node(1));
-    return std::make_unique<Layout>(std::move(top));
-  }
-
-private:
-  std::mt19937 random_;
-  bool faithful_;
-
-  int pick(int low, int high) { return std::uniform_int_distribution<int>(low, high)(random_); }
-  bool maybe(int percent = 50) { return pick(1, 100) <= percent; }
-  std::uint8_t byte() { return static_cast<std::uint8_t>(pick(0, 255)); }
-
-  std::u16string text(int maxLength = 6) {
-    static const std::u16string kPieces[] = {u"a", u"Z", u"7", u" ", u"\"", u"\\", u"/", u"\n",
-                                             u"\x01", u"\u00e4", u"\u20ac", u"\U0001F600",
-                                             u"\uFF01", u"\u00df", u"x_", u"."};
-    std::u16string out;
-    for (int i = pick(0, maxLength); i > 0; --i) out += kPieces[pick(0, 15)];
-    return out;
-  }
-  double number() {
-    switch (pick(0, 5)) {
-      case 0: return 0;
-      case 1: return pick(-100, 100);
-      case 2: return pick(-100, 100) / 4.0;
-      case 3: return std::uniform_real_distribution<double>(-1e6, 1e6)(random_);
-      case 4: return std::uniform_real_distribution<double>(0, 1)(random_) * 1e-12;
-      default: return pick(1, 9) * 1e20;
-    }
-  }
-  std::int32_t coordinate() {
-    using Limits = std::numeric_limits<std::int32_t>;
-    return maybe(80) ? pick(-50, 5000) : (maybe() ? Limits::max() : Limits::min());
-  }
-
-  void common(Node& n) {
-    if (maybe(30)) n.setId(text(4));
-    const int attributes = maybe(60) ? 0 : pick(1, 4);
-    static const std::u16string kKeys[] = {u"x_entity", u"max_ascenders", u"x_checked",
-                                           u"image_source", u"baseline_coefficients",
-                                           u"conf", u"\u00e4", u"\U0001F600", u"\uFF01", u"k"};
-    for (int i = 0; i < attributes; ++i) n.setAttribute(kKeys[pick(0, 9)] + text(1), text());
-    if (maybe(10)) n.auxiliaryAttributes()[u"aux"] = u"not written";
-  }
-
-  template <class T>
-  std::unique_ptr<T> fragment() {
-    auto f = std::make_unique<T>();
-    if (maybe(70)) f->setText(text());
-    if (maybe(70)) {
-      f->setRect(Rect{coordinate(), coordinate(), maybe(90) ? pick(0, 900) : 0,
-                      maybe(90) ? pick(0, 90) : 0});
-    }
-    if (maybe(40)) f->setConfidence(maybe(20) ? 0 : std::abs(number()));
-    if (maybe(20)) f->setFontFamily(text());
-    if (maybe(20)) f->setFontSize(maybe() ? -0.0 : std::abs(number()));
-    const int lastCode = faithful_ ? 3 : 5;
-    if (maybe(20)) f->setFontStyle(static_cast<std::uint32_t>(pick(0, lastCode)));
-    if (maybe(20)) f->setFontWeight(static_cast<std::uint32_t>(pick(0, lastCode)));
-    if (maybe(20)) f->setTextangle(number());
-    if (maybe(20)) f->setXEntity(maybe() ? "PER" : "B-LOC I\xC3\xA4");
-    std::vector<Point> points(maybe(15) ? pick(1, 4) : 0);
-    for (Point& point : points) point = Point{coordinate(), coordinate()};
-    if (!points.empty()) f->setPolygon(points);
-    std::vector<double> coefficients(maybe(15) ? pick(1, 3) : 0);
-    for (double& coefficient : coefficients) coefficient = number();
-    if (!coefficients.empty()) f->setBaseline(coefficients);
-    auto rgb = [&] { return Rgb{byte(), byte(), byte()}; };
-    if (maybe(15)) f->setColor(rgb());
-    if (maybe(15)) f->setBackgroundColor(rgb());
-    if (maybe(10)) f->setHasColor(false);
-    return f;
-  }
-
-  std::unique_ptr<Node> node(int depth) {
-    static const std::u16string kContentNames[] = {u"ocrx_note", u"node", u"x y",
-                                                   u"\u00fcnicode", u"", u"ocrx_table"};
-    std::unique_ptr<Node> made;
-    int kind = pick(0, 10);
-    if (faithful_ && kind == 7) kind = 4;  // no plain fragment
-    switch (kind) {
-      case 0: {
-        auto p = std::make_unique<Page>();
-        if (maybe()) p->setWidth(static_cast<std::uint32_t>(pick(0, 5000)));
-        if (maybe()) p->setHeight(maybe(90) ? static_cast<std::uint32_t>(pick(0, 5000)) : 4294967295u);
-        if (maybe()) p->setLanguage(maybe() ? "de" : "\xC3\xA4");
-        if (maybe()) p->setIndexInLayout(static_cast<std::uint32_t>(pick(0, 9)));
-        if (maybe()) p->setTextangle(number());
-        if (maybe(10)) p->setAuxiliaryFloat(1);
-        made = std::move(p);
-      } break;
-      case 1: made = std::make_unique<Image>(); static_cast<Image&>(*made).setImage(text()); break;
-      case 2: {
-        auto c = std::make_unique<Content>();
-        c->setTypeName(kContentNames[pick(0, 5)]);
-        c->setText(text());
-        made = std::move(c);
-      } break;
-      case 3: {
-        auto b = fragment<Box>();
-        if (!faithful_ && maybe()) b->setBoxKind(static_cast<std::uint32_t>(pick(0, 30)));
-        made = std::move(b);
-      } break;
-      case 4: {
-        auto l = fragment<Line>();
-        if (maybe(30)) l->setMaxAscenders(number());
-        if (maybe(30)) l->setMaxDescenders(number());
-        if (maybe(30)) l->setMaxGlyphHeight(number());
-        made = std::move(l);
-      } break;
-      case 5: {
-        auto w = fragment<Word>();
-        if (maybe(20)) w->setXChecked(maybe() ? 1 : std::numeric_limits<std::uint64_t>::max());
-        if (maybe(20)) w->setXRejected(static_cast<std::uint64_t>(pick(0, 3)));
-        if (maybe(20)) w->setXSensibility(number());
-        for (int i = pick(0, 3); i > 0; --i) {
-          auto g = std::make_unique<Glyph>();
-          g->setText(text(1));
-          g->setConfidence(maybe() ? -1 : pick(0, 100));
-          w->appendChild(std::move(g));
-        }
-        return w;  // its glyphs are never written
-      }
-      case 6: made = fragment<Glyph>(); break;
-      case 7: made = fragment<Fragment>(); break;
-      case 8: made = fragment<Field>(); break;
-      case 9: {
-        auto p = fragment<Picture>();
-        if (maybe()) p->setImageSource(text());
-        made = std::move(p);
-      } break;
-      default: made = std::make_unique<Node>(); break;
-    }
-    common(*made);
-    if (depth < 6) {
-      for (int i = pick(0, depth < 3 ? 4 : 2); i > 0; --i) made->appendChild(node(depth + 1));
-    }
-    return made;
-  }
-};
-
 TEST(JSONFormatTest, RandomTreesSurviveRoundTrips) {
-  for (unsigned seed = 1; seed <= 300; ++seed) {
-    auto faithful = RandomTrees(seed, true).layout();
-    const std::string json = JSONWriter().write(*faithful);
-    ASSERT_EQ(roundTrip(json), json) << "seed " << seed << "\n" << dump(*faithful);
+  std::mt19937 random(1);
+  for (int round = 1; round <= 400; ++round) {
+    const std::string faithful = randomDump(random, RandomTrees::JsonFaithful);
+    const std::string json = JSONWriter().write(*parseLayout(faithful));
+    ASSERT_EQ(roundTrip(json), json) << faithful;
     // Whatever the writer drops, it drops in the first round trip.
-    auto any = RandomTrees(seed, false).layout();
+    const std::string any = randomDump(random);
+    const auto tree = parseLayout(any);
     // The faithful copy keeps every class and field of any tree.
-    ASSERT_EQ(dump(*FaithfulCopier::copy(*any->root())), dump(*any->root())) << "seed " << seed;
-    const std::string once = roundTrip(JSONWriter().write(*any));
-    ASSERT_EQ(roundTrip(once), once) << "seed " << seed << "\n" << dump(*any);
+    ASSERT_EQ(dump(*FaithfulCopier::copy(*tree->root())), dump(*tree->root())) << any;
+    const std::string once = roundTrip(JSONWriter().write(*tree));
+    ASSERT_EQ(roundTrip(once), once) << any;
   }
 }
 
