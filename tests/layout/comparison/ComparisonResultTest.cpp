@@ -16,23 +16,6 @@ CompareOptions wordOptions() {
   return options;
 }
 
-TEST(ComparisonResultTest, IdenticalLayoutsScorePerfectly) {
-  const std::string tree =
-      "Content:node{Page{Line[0,0,99,20]{Word#a[0,0,10,10]\"one\",Word#b[20,0,10,10]\"two\"}},"
-      "Page{Word#c[0,0,10,10]\"three\"}}";
-  ComparisonRun run(tree, tree, wordOptions());
-  const PairSummary root = summarizeRoots(*run.comparator);
-  EXPECT_TRUE(root.complete);
-  EXPECT_EQ(root.edits(), 0u);
-  EXPECT_EQ(root.good(), 11u);
-  EXPECT_EQ(root.f1(), 1.0);
-  EXPECT_EQ(root.leftStats.recognitionRate, 1.0);
-  for (const PairSummary& page : summarizePages(*run.comparator)) {
-    EXPECT_EQ(page.edits(), 0u);
-    EXPECT_EQ(page.f1(), 1.0);
-  }
-}
-
 TEST(ComparisonResultTest, DerivedValuesOfASummary) {
   PairSummary summary;
   summary.leftStats.count = 10;
