@@ -1,6 +1,7 @@
-// HocrReaderFuzz.cpp - fuzz target of the hOCR reader: any bytes give a layout or one of the
-// reader's documented exceptions; what it reads the writer writes as a document the reader
-// takes back, and from then on writing and reading change nothing.
+// HocrReaderFuzz.cpp - fuzz target of the hOCR reader in both dialects: any bytes give a
+// layout or one of the reader's documented exceptions; what the strict dialect reads the
+// writer writes as a document the reader takes back, and from then on writing and reading
+// change nothing.
 #include "base/QentException.h"
 #include "hocr/HocrWriter.h"
 #include "hocr/PugiHocrReader.h"
@@ -19,19 +20,35 @@
 using qent::text::hocr::HocrWriter;
 using qent::text::hocr::PugiHocrReader;
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string_view input(reinterpret_cast<const char*>(data), size);
-  std::unique_ptr<qent::text::layout::Layout> layout;
+namespace {
+
+// Any bytes give a layout or one of the reader's documented exceptions.
+std::unique_ptr<qent::text::layout::Layout> readOrNull(std::string_view input,
+                                                       PugiHocrReader::Dialect dialect) {
   try {
-    layout = PugiHocrReader().read(input);
+    return PugiHocrReader(dialect).read(input);
   } catch (const qent::base::QentException& e) {
     if (e.code() != qent::base::kErrorHocr) std::abort();
-    return 0;
   } catch (const std::invalid_argument&) {
-    return 0;  // "Width or Height of Rectangle must be > 0", "invalid stod argument", ...
+    // "Width or Height of Rectangle must be > 0", "invalid stod argument", ...
   } catch (const std::out_of_range&) {
-    return 0;  // "stod argument out of range", ...
+    // "stod argument out of range", ...
   }
+  return nullptr;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::string_view input(reinterpret_cast<const char*>(data), size);
+  // The tolerant dialect, with its HTML parse of what is not XML, reads more; whatever it
+  // builds, every writer takes.
+  if (const auto tolerant = readOrNull(input, PugiHocrReader::Dialect::Tolerant)) {
+    qent::text::layout::format::PlainTextWriter().write(*tolerant);
+    HocrWriter().write(*tolerant);
+  }
+  const auto layout = readOrNull(input, PugiHocrReader::Dialect::Strict);
+  if (!layout) return 0;
   qent::text::layout::format::PlainTextWriter().write(*layout);
 
   // The first write may drop what hOCR cannot say; the document it gives must read back,

@@ -1,5 +1,6 @@
 // SmallStackTest.cpp - the deepest documents the readers accept go through every reader,
 // writer, copier and walk, and through a comparison, on a thread with a small stack.
+#include "hocr/GumboMarkup.h"
 #include "hocr/HocrWriter.h"
 #include "io/DocumentReader.h"
 #include "layout/DeepCopier.h"
@@ -84,6 +85,7 @@ struct DeepCase {
   // Whether reading the JSON written gives the same tree: other formats' class names (such
   // as ocr_carea) mean something else to the JSON reader.
   bool jsonRoundTrip = false;
+  bool tolerantHocr = false;
 };
 void PrintTo(const DeepCase& c, std::ostream* out) { *out << c.name; }
 
@@ -95,16 +97,21 @@ struct Outcome {
   std::size_t words = 0;
 };
 
-std::unique_ptr<Layout> read(const std::string& bytes) {
-  return qent::io::readDocument(bytes, "deep", {})->takeLayout();
+std::unique_ptr<Layout> read(const std::string& bytes, bool tolerantHocr = false) {
+  qent::io::ReadOptions options;
+  options.tolerantHocr = tolerantHocr;
+  return qent::io::readDocument(bytes, "deep", {}, options)->takeLayout();
 }
 
 class SmallStackTest : public ::testing::TestWithParam<DeepCase> {};
 
 TEST_P(SmallStackTest, ReadsWritesCopiesAndWalksTheDeepestDocument) {
+  if (GetParam().tolerantHocr && !qent::text::hocr::GumboMarkup::available()) {
+    GTEST_SKIP() << "this build has no HTML parser (gumbo)";
+  }
   Outcome o;
   qent::test::runWithStack(kStack, [&] {
-    auto layout = read(GetParam().document);
+    auto layout = read(GetParam().document, GetParam().tolerantHocr);
     Node& root = *layout->root();
     for (IteratorTemplate<Node> it(&root); !it.atEnd(); ++it) {
       o.depth = std::max(o.depth, it.cursor().depth() + 1);
@@ -140,6 +147,8 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(DeepCase{"JsonLayout", deepJson(), kMaxLayoutDepth, true},
                       // The reader unwraps the body around the single page.
                       DeepCase{"Hocr", deepHocr(), kMaxLayoutDepth - 1},
+                      // Not XML (a bare "&"): the tolerant mode's HTML parse.
+                      DeepCase{"HocrAsHtml", deepHocr() + "&", kMaxLayoutDepth - 1, false, true},
                       DeepCase{"CloudOcr", deepCloudOcr(), 6},
                       DeepCase{"WebAnno", "#FORMAT=WebAnno TSV 3.2\n#T_SP=webanno.custom.Mention|"
                                           "value\n\n\n" + kSentence, 4}),
