@@ -14,8 +14,6 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <map>
 #include <random>
 #include <stdexcept>
 #include <string>
@@ -237,6 +235,7 @@ TEST(WebAnnoWriterTest, Utf16OffsetsSliceEveryTokenOutOfTheText) {
   for (int round = 0; round < 100; ++round) {
     auto page = parseDump("Page");
     std::u16string document;
+    std::size_t words = 0, rows = 0;
     for (int l = pick(4); l > 0; --l) {
       auto& line = page->appendChild(std::make_unique<Line>());
       for (int w = pick(5); w > 0; --w) {
@@ -244,10 +243,10 @@ TEST(WebAnnoWriterTest, Utf16OffsetsSliceEveryTokenOutOfTheText) {
         for (int c = pick(5); c > 0; --c) text += pieces[static_cast<std::size_t>(pick(6))];
         line.appendChild(std::make_unique<Word>()).setText(text);
         document += text + u" ";
+        ++words;
       }
     }
     const std::string tsv = WebAnnoWriter(WebAnnoWriter::Offsets::Utf16CodeUnits).write(*page);
-    std::size_t rows = 0;
     for (const std::string& row : split(tsv, '\n')) {
       if (row.empty() || row[0] == '#') continue;
       const std::vector<std::string> columns = split(row, '\t');
@@ -257,8 +256,6 @@ TEST(WebAnnoWriterTest, Utf16OffsetsSliceEveryTokenOutOfTheText) {
       EXPECT_EQ(base::utf16ToUtf8(document.substr(begin, end - begin)), columns[2]) << row;
       ++rows;
     }
-    std::size_t words = 0;
-    for (IteratorTemplate<Word> it(page.get()); !it.atEnd(); ++it) ++words;
     EXPECT_EQ(rows, words);
   }
 }
@@ -266,14 +263,7 @@ TEST(WebAnnoWriterTest, Utf16OffsetsSliceEveryTokenOutOfTheText) {
 // Every real WebAnno file (the shared samples, else the copies in the repository) reads with
 // its tokens in order, and writing them in either offset mode reads back the same tokens.
 TEST(WebAnnoReaderTest, ReadsEveryRealSampleWithItsTokensInOrder) {
-  std::map<std::string, std::filesystem::path> files;
-  for (const auto& folder : {std::filesystem::path(ORMIDA_SOURCE_DIR "/../shared/samples/webanno"),
-                             testData("third_party/webanno")}) {
-    if (!std::filesystem::exists(folder)) continue;
-    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-      if (entry.path().extension() == ".tsv") files.emplace(entry.path().filename().string(), entry.path());
-    }
-  }
+  const auto files = realSamples("webanno");
   EXPECT_GE(files.size(), 10u);
   auto wordsOf = [](const Layout& layout) {
     std::vector<std::string> words;
