@@ -21,3 +21,20 @@ target_link_libraries(ormida_hunspell INTERFACE ${HUNSPELL_LIBRARY})
 if(WIN32)
   target_compile_definitions(ormida_hunspell INTERFACE HUNSPELL_STATIC)
 endif()
+
+# gumbo parses the hOCR that is HTML but not XML, in the tolerant mode only. The Windows
+# cross build has no gumbo (its source package is not available to it): there the fallback
+# is left out and refused with a message that says so.
+find_path(GUMBO_INCLUDE_DIR gumbo.h)
+find_library(GUMBO_LIBRARY NAMES gumbo)
+add_library(ormida_gumbo INTERFACE)
+if(GUMBO_INCLUDE_DIR AND GUMBO_LIBRARY)
+  target_include_directories(ormida_gumbo SYSTEM INTERFACE ${GUMBO_INCLUDE_DIR})
+  target_link_libraries(ormida_gumbo INTERFACE ${GUMBO_LIBRARY})
+  target_compile_definitions(ormida_gumbo INTERFACE ORMIDA_HAVE_GUMBO=1)
+elseif(WIN32)
+  message(STATUS "gumbo not found: the tolerant hOCR mode cannot read HTML that is not XML")
+  target_compile_definitions(ormida_gumbo INTERFACE ORMIDA_HAVE_GUMBO=0)
+else()
+  message(FATAL_ERROR "gumbo not found: install libgumbo-dev (tools/install-deps)")
+endif()

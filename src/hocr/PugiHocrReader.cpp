@@ -1,4 +1,5 @@
-// PugiHocrReader.cpp - builds a layout tree from an hOCR document with the pugixml DOM.
+// PugiHocrReader.cpp - builds a layout tree from an hOCR document parsed by pugixml (or, in
+// the tolerant dialect, by gumbo when the document is not XML).
 #include "hocr/PugiHocrReader.h"
 
 #include "base/NumberConversion.h"
@@ -11,7 +12,8 @@
 #include "layout/LayoutLimits.h"
 #include "layout/Nodes.h"
 
-#include <pugixml.hpp>
+#include "hocr/GumboMarkup.h"
+#include "hocr/PugiMarkup.h"
 
 #include <stdexcept>
 
@@ -25,16 +27,30 @@ using layout::Node;
   throw base::QentException(base::kErrorHocr, message);
 }
 
-// pugixml places an element at its name; report the offset of its "<".
-std::string where(const pugi::xml_node& element) {
-  const std::ptrdiff_t offset = element.offset_debug();
-  return "element <" + std::string(element.name()) + "> at offset " +
-         std::to_string(offset > 0 ? offset - 1 : offset);
+// The lines Tesseract writes with classes of their own: headings, captions, floating text.
+bool isLineClass(std::string_view key) {
+  return key == "ocr_header" || key == "ocr_caption" || key == "ocr_textfloat";
 }
 
-// The only conversion that can fail on text pugixml accepted; a hostile file with broken
+bool containsHtmlTag(std::string_view text, bool anyCase) {
+  if (!anyCase) return text.find("<html") != std::string_view::npos;
+  for (std::size_t at = text.find('<'); at != std::string_view::npos; at = text.find('<', at + 1)) {
+    if (base::equalsIgnoreAsciiCase(text.substr(at + 1, 4), "html")) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+std::string PugiHocrReader::where(Element element) const {
+  std::string text = "element <";
+  text.append(tree_->name(element)).append("> at offset ");
+  return text.append(std::to_string(tree_->offset(element)));
+}
+
+// The only conversion that can fail on text the parser accepted; a hostile file with broken
 // UTF-8 gets a message that says where instead of the converter's bare offset.
-std::u16string wide(std::string_view text, const pugi::xml_node& element) {
+std::u16string PugiHocrReader::wide(std::string_view text, Element element) const {
   try {
     return base::utf8ToUtf16(text);
   } catch (const std::invalid_argument& e) {
@@ -42,18 +58,7 @@ std::u16string wide(std::string_view text, const pugi::xml_node& element) {
   }
 }
 
-void copyProperties(Node& node, const PropertyMap& properties, const pugi::xml_node& element) {
-  // Entries come sorted, so each goes in at the end of a map that had none before.
-  auto& attributes = node.attributes();
-  for (const PropertyMap::Entry& entry : properties.entries()) {
-    attributes.insert_or_assign(attributes.end(), wide(entry.key, element),
-                                wide(entry.value, element));
-  }
-}
-
-}  // namespace
-
-PugiHocrReader::PugiHocrReader() = default;
+PugiHocrReader::PugiHocrReader(Dialect dialect) : dialect_(dialect) {}
 PugiHocrReader::~PugiHocrReader() = default;
 
 PropertyMap& PugiHocrReader::propertiesAt(std::size_t depth) {
@@ -66,43 +71,61 @@ PropertyMap& PugiHocrReader::propertiesAt(std::size_t depth) {
 std::unique_ptr<layout::Layout> PugiHocrReader::read(std::string_view utf8) {
   pageCounter_ = 0;
   images_.clear();
+  const bool tolerant = dialect_ == Dialect::Tolerant;
 
-  if (utf8.empty() || utf8.find("<html") == std::string_view::npos) fail("No HOCR file found");
+  if (utf8.empty() || !containsHtmlTag(utf8, tolerant)) fail("No HOCR file found");
 
-  // Default options: entities and character references are expanded, and text that is only
-  // white space (the indentation between elements) is not kept as a node, so an element's
-  // "direct text" is its first real text.
-  pugi::xml_document document;
-  const pugi::xml_parse_result parsed =
-      document.load_buffer(utf8.data(), utf8.size(), pugi::parse_default, pugi::encoding_utf8);
-  if (!parsed) {
-    base::TraceLog::writeFormatted(base::kTraceError, "hOCR: %s at offset %lld",
-                                   parsed.description(),
-                                   static_cast<long long>(parsed.offset));
-    fail("HOCR parsing error");
+  const PugiMarkup xml(utf8);
+  if (xml.parsed()) return readDocument(xml);
+  base::TraceLog::writeFormatted(base::kTraceError, "hOCR: %s at offset %lld",
+                                 xml.parsed().description(),
+                                 static_cast<long long>(xml.parsed().offset));
+  if (!tolerant) fail("HOCR parsing error");
+  // Many engines write HTML 4 (unclosed meta, unquoted attributes, a bare "&"), which is
+  // not XML; the HTML parsing rules give the tree a browser would show.
+  base::TraceLog::write("hOCR: reading the document as HTML", base::kTraceWarning);
+  const GumboMarkup html(utf8);
+  return readDocument(html);
+}
+
+std::unique_ptr<layout::Layout> PugiHocrReader::readDocument(const MarkupTree& tree) {
+  tree_ = &tree;
+  const Element html = tree.html();
+  Element head = nullptr;
+  Element body = nullptr;
+  for (Element child = tree.firstChild(html); child != nullptr; child = tree.nextSibling(child)) {
+    if (head == nullptr && tree.name(child) == "head") head = child;
+    if (body == nullptr && tree.name(child) == "body") body = child;
   }
-
-  const pugi::xml_node html = document.child("html");
-  const pugi::xml_node head = html.child("head");
-  const pugi::xml_node system = head.find_child_by_attribute("meta", "name", "ocr-system");
-  const std::string_view systemContent = system.attribute("content").value();
+  Element system = nullptr;
+  Element modules = nullptr;
+  for (Element child = tree.firstChild(head); child != nullptr; child = tree.nextSibling(child)) {
+    if (tree.name(child) != "meta") continue;
+    tree.attributes(child, attributes_);
+    for (const MarkupAttribute& a : attributes_) {
+      if (a.name != "name") continue;
+      if (system == nullptr && a.value == "ocr-system") system = child;
+      if (modules == nullptr && a.value == "ocr-modules") modules = child;
+    }
+  }
+  const std::string_view systemContent = tree.attribute(system, "content");
   wide(systemContent, system);  // refuses invalid UTF-8 like every other text
   layout::Layout::Versions versions = parseVersions(systemContent);
-  const pugi::xml_node modules = head.find_child_by_attribute("meta", "name", "ocr-modules");
-  const std::u16string additional = wide(modules.attribute("content").value(), modules);
+  const std::u16string additional = wide(tree.attribute(modules, "content"), modules);
 
-  std::unique_ptr<Node> body = readTree(html.child("body"));
+  std::unique_ptr<Node> bodyNode = readTree(body);
   std::unique_ptr<Node> root;
-  if (body->childCount() == 1) {
-    root = std::move(body->takeChildren().front());
+  if (bodyNode->childCount() == 1) {
+    root = std::move(bodyNode->takeChildren().front());
   } else {
-    root = std::move(body);
+    root = std::move(bodyNode);
   }
 
   auto result = std::make_unique<layout::Layout>(std::move(root));
   result->setVersions(versions);
   result->setFormat(layout::kFormatHocr);
   if (!additional.empty()) result->root()->setAttribute(u"additional_versions", additional);
+  tree_ = nullptr;
   return result;
 }
 
@@ -115,15 +138,13 @@ struct PugiHocrReader::Open {
   Element nextChild;
 };
 
-std::unique_ptr<Node> PugiHocrReader::readTree(const Element& element) {
+std::unique_ptr<Node> PugiHocrReader::readTree(Element element) {
   std::vector<Open> path;
   path.push_back(openElement(element, 1));
   while (true) {
     Open& top = path.back();
-    Element child = top.nextChild;
-    while (child && child.type() != pugi::node_element) child = child.next_sibling();
-    if (child) {
-      top.nextChild = child.next_sibling();
+    if (const Element child = top.nextChild; child != nullptr) {
+      top.nextChild = tree_->nextSibling(child);
       const std::size_t depth = top.depth + 1;
       path.push_back(openElement(child, depth));
       continue;
@@ -136,71 +157,112 @@ std::unique_ptr<Node> PugiHocrReader::readTree(const Element& element) {
   }
 }
 
-PugiHocrReader::Open PugiHocrReader::openElement(const Element& element, std::size_t depth) {
+std::string_view PugiHocrReader::dispatchKey(Element element) const {
+  bool hasClass = false;
+  std::string_view key;
+  for (const MarkupAttribute& a : attributes_) {
+    if (a.name == "class") {
+      hasClass = true;
+      key = a.value;
+      break;
+    }
+  }
+  if (!hasClass) return tree_->name(element);
+  if (dialect_ == Dialect::Strict) return key;
+  // "ocr_line custom" or "custom ocrx_word": the hOCR token says what the element is.
+  for (const std::string_view token : splitAtSpace(trimHocrSpace(key))) {
+    if (hasHocrPrefix(token)) return token;
+  }
+  return key;
+}
+
+PugiHocrReader::Open PugiHocrReader::openElement(Element element, std::size_t depth) {
   if (depth > layout::kMaxLayoutDepth) {
     fail("hOCR: " + where(element) + " is nested deeper than " +
          std::to_string(layout::kMaxLayoutDepth) + " levels");
   }
+  const bool tolerant = dialect_ == Dialect::Tolerant;
   // One pass over the attributes instead of a search per name; the first of each counts.
-  pugi::xml_attribute title, style, classAttribute;
-  for (pugi::xml_attribute a = element.first_attribute(); a; a = a.next_attribute()) {
-    const std::string_view attributeName = a.name();
-    if (attributeName == "title") {
-      if (!title) title = a;
-    } else if (attributeName == "style") {
-      if (!style) style = a;
-    } else if (attributeName == "class") {
-      if (!classAttribute) classAttribute = a;
+  tree_->attributes(element, attributes_);
+  const MarkupAttribute* title = nullptr;
+  const MarkupAttribute* style = nullptr;
+  std::string_view id;
+  for (const MarkupAttribute& a : attributes_) {
+    if (a.name == "title") {
+      if (title == nullptr) title = &a;
+    } else if (a.name == "style") {
+      if (style == nullptr) style = &a;
+    } else if (a.name == "id") {
+      if (id.empty()) id = a.value;
     }
   }
   PropertyMap& properties = propertiesAt(depth);
-  if (title) properties.addTitle(title.value());
-  if (style) properties.addStyle(style.value());
+  if (title != nullptr) properties.addTitle(title->value);
+  if (style != nullptr) properties.addStyle(style->value);
 
-  const std::string_view name = element.name();
-  if (hasHocrPrefix(name)) fail("Unsupported node name for HOCRReader: " + std::string(name));
+  const std::string_view name = tree_->name(element);
+  if (!tolerant && hasHocrPrefix(name)) {
+    fail("Unsupported node name for HOCRReader: " + std::string(name));
+  }
 
-  Open open{element, nullptr, Kind::Container, depth, &properties, element.first_child()};
-  const std::string_view key = classAttribute ? classAttribute.value() : name;
+  Open open{element, nullptr, Kind::Container, depth, &properties, tree_->firstChild(element)};
+  const std::string_view key = dispatchKey(element);
+  bool keepClass = false;
   if (key == "ocr_page") {
     open.kind = Kind::Page;
     open.node = std::make_unique<layout::Page>();
-  } else if (key == "ocr_line") {
+  } else if (key == "ocr_line" || (tolerant && isLineClass(key))) {
     open.kind = Kind::Line;
     open.node = std::make_unique<layout::Line>();
+    keepClass = key != "ocr_line";
   } else if (key == "ocrx_word") {
     open.kind = Kind::Word;
     open.node = std::make_unique<layout::Word>();
+  } else if (tolerant && key == "ocrx_cinfo") {
+    open.kind = Kind::Glyph;
+    open.node = std::make_unique<layout::Glyph>();
   } else {
-    if (hasHocrPrefix(key)) {
+    if (!tolerant && hasHocrPrefix(key)) {
       const std::string_view wanted = key == "ocr_par" ? "p" : "div";
       if (name != wanted) {
         fail("Unsupported node name with class " + std::string(key) +
              " for HOCRReader: " + std::string(name));
       }
     }
-    const std::string_view id = element.attribute("id").value();
     if (properties.contains("bbox")) {
       auto box = std::make_unique<layout::Box>();
       box->setTypeName(wide(key, element));
       // The id doubles as the text of a box that has none of its own: the fragment
-      // properties replace it only with non-empty direct text.
-      if (!id.empty()) box->setText(wide(id, element));
+      // properties replace it only with non-empty direct text. The tolerant dialect leaves
+      // it out, so that the text of a page is its words, not its block ids.
+      if (!id.empty() && !tolerant) box->setText(wide(id, element));
       open.kind = Kind::Box;
       open.node = std::move(box);
     } else {
       auto content = std::make_unique<layout::Content>();
       content->setTypeName(wide(key, element));
       if (!id.empty()) content->setId(wide(id, element));
+      // Text in elements without a layout class (Tesseract 3's "xocr_word" spans, headings,
+      // bold and italic words) is still the page's text; the strict reading drops it.
+      if (tolerant) {
+        const std::string_view text = trimHocrSpace(tree_->directText(element));
+        if (!text.empty()) content->setText(wide(text, element));
+      }
       open.node = std::move(content);
     }
   }
-  readAttributes(*open.node, element, properties);
+  // A class of several tokens is kept as written, so the tokens besides the hOCR one stay.
+  for (const MarkupAttribute& a : attributes_) {
+    if (a.name != "class") continue;
+    if (tolerant && a.value != key) keepClass = true;
+    break;
+  }
+  readAttributes(*open.node, element, properties, keepClass);
   return open;
 }
 
 void PugiHocrReader::finishElement(Open& open) {
-  const Element& element = open.element;
+  const Element element = open.element;
   PropertyMap& properties = *open.properties;
   switch (open.kind) {
     case Kind::Container:
@@ -208,6 +270,17 @@ void PugiHocrReader::finishElement(Open& open) {
     case Kind::Box:
       finishFragment(static_cast<layout::Fragment&>(*open.node), element, properties);
       return;
+    case Kind::Glyph: {
+      auto& glyph = static_cast<layout::Glyph&>(*open.node);
+      // Tesseract gives a character box as "x_bboxes", not "bbox".
+      const std::string_view boxes = properties.contains("bbox") ? "" : properties.take("x_bboxes");
+      finishFragment(glyph, element, properties);
+      if (!boxes.empty()) glyph.setRect(readFragmentBbox(boxes));
+      if (const std::string_view v = properties.take("x_conf"); !v.empty()) {
+        glyph.setConfidence(base::parseDouble(v));
+      }
+      return;
+    }
     case Kind::Page: {
       auto& page = static_cast<layout::Page&>(*open.node);
       if (const std::string_view bbox = properties.take("bbox"); !bbox.empty()) {
@@ -217,7 +290,7 @@ void PugiHocrReader::finishElement(Open& open) {
         page.setWidth(width);
         page.setHeight(height);
       }
-      page.setLanguage(element.attribute("lang").value());
+      page.setLanguage(std::string(tree_->attribute(element, "lang")));
       page.setIndexInLayout(static_cast<std::uint32_t>(pageCounter_++));
       if (const std::string_view number = properties.take("ppageno"); !number.empty()) {
         page.setAuxiliaryNumber(base::parseUnsigned(number));
@@ -279,12 +352,12 @@ void PugiHocrReader::finishElement(Open& open) {
   }
 }
 
-void PugiHocrReader::finishFragment(layout::Fragment& fragment, const Element& element,
+void PugiHocrReader::finishFragment(layout::Fragment& fragment, Element element,
                                     PropertyMap& properties) {
   if (const std::string_view bbox = properties.take("bbox"); !bbox.empty()) {
     fragment.setRect(readFragmentBbox(bbox));
   }
-  const std::string_view text = trimHocrSpace(element.child_value());
+  const std::string_view text = trimHocrSpace(tree_->directText(element));
   if (!text.empty()) fragment.setText(wide(text, element));
   if (const std::string_view v = properties.take("textangle"); !v.empty()) {
     fragment.setTextangle(base::parseDouble(v));
@@ -307,17 +380,22 @@ void PugiHocrReader::finishFragment(layout::Fragment& fragment, const Element& e
   }
 }
 
-void PugiHocrReader::readAttributes(Node& node, const Element& element,
-                                    const PropertyMap& properties) {
-  for (pugi::xml_attribute attribute = element.first_attribute(); attribute;
-       attribute = attribute.next_attribute()) {
-    const std::string_view name = attribute.name();
-    const std::string_view value = attribute.value();
+void PugiHocrReader::readAttributes(Node& node, Element element,
+                                    const PropertyMap& properties, bool keepClass) {
+  // openElement() filled attributes_ with this element's attributes.
+  for (const MarkupAttribute& attribute : attributes_) {
+    const std::string_view name = attribute.name;
+    const std::string_view value = attribute.value;
     if (name == "id") {
       node.setId(wide(value, element));
     } else if (name == "title") {
-      copyProperties(node, properties, element);
-    } else if (name == "class" && hasHocrPrefix(value)) {
+      // Entries come sorted, so each goes in at the end of a map that had none before.
+      auto& attributes = node.attributes();
+      for (const PropertyMap::Entry& entry : properties.entries()) {
+        attributes.insert_or_assign(attributes.end(), wide(entry.key, element),
+                                    wide(entry.value, element));
+      }
+    } else if (name == "class" && hasHocrPrefix(value) && !keepClass) {
       // consumed by the dispatch
     } else {
       node.setAttribute(wide(name, element), wide(value, element));

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "hocr/HocrProperties.h"
+#include "hocr/MarkupTree.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -10,10 +11,6 @@
 #include <string>
 #include <string_view>
 #include <vector>
-
-namespace pugi {
-class xml_node;
-}
 
 namespace qent::text::layout {
 class Layout;
@@ -38,10 +35,23 @@ namespace qent::text::hocr {
 //   - std::invalid_argument "Width or Height of Rectangle must be > 0" on a bbox whose size
 //     overflows, and the standard conversion errors ("invalid stod argument", ...) on a
 //     property that is not a number.
+//
+// The tolerant dialect reads hOCR as real engines write it, where the strict one refuses it
+// or keeps ids as text:
+//   - "ocr_header", "ocr_caption" and "ocr_textfloat" (on any element) are lines that keep
+//     their class in the attribute "class"; "ocrx_cinfo" is a glyph (text, bbox, x_conf as
+//     its confidence) of the word around it;
+//   - any hOCR class may sit on any element, and an element named like a class is read as
+//     any other; a class of several tokens is dispatched by its first hOCR token;
+//   - no element id becomes a node's text, so the text of a box is only its own;
+//   - "<html" is found in any case, and a document that is not XML is parsed as HTML
+//     (GumboMarkup) and read by the same rules.
 // A reader object is meant for one read; read() may be called again and starts afresh.
 class PugiHocrReader {
 public:
-  PugiHocrReader();
+  enum class Dialect : std::uint8_t { Strict, Tolerant };
+
+  explicit PugiHocrReader(Dialect dialect = Dialect::Strict);
   ~PugiHocrReader();
   PugiHocrReader(const PugiHocrReader&) = delete;
   PugiHocrReader& operator=(const PugiHocrReader&) = delete;
@@ -49,28 +59,40 @@ public:
   std::unique_ptr<layout::Layout> read(std::string_view utf8);
 
 private:
-  using Element = pugi::xml_node;
-  enum class Kind : std::uint8_t { Page, Line, Word, Box, Container };
+  using Element = MarkupTree::Element;
+  enum class Kind : std::uint8_t { Page, Line, Word, Glyph, Box, Container };
   // An element whose node is built: what was read before its children, and where the
   // walk over its children stands.
   struct Open;
 
   // The tree below `element`, walked with an explicit stack: a document nested as deep as
   // the limit allows costs heap, not the caller's stack.
-  std::unique_ptr<layout::Node> readTree(const Element& element);
+  std::unique_ptr<layout::Layout> readDocument(const MarkupTree& tree);
+  std::unique_ptr<layout::Node> readTree(Element element);
   // Reads what comes before the element's children: the checks, the node of its class, its
   // attributes.
-  Open openElement(const Element& element, std::size_t depth);
+  Open openElement(Element element, std::size_t depth);
   // Reads what comes after the element's children.
   void finishElement(Open& open);
-  void finishFragment(layout::Fragment& fragment, const Element& element,
-                      PropertyMap& properties);
-  void readAttributes(layout::Node& node, const Element& element,
-                      const PropertyMap& properties);
+  void finishFragment(layout::Fragment& fragment, Element element, PropertyMap& properties);
+  // `keepClass`: store the class attribute even when it names an hOCR class.
+  void readAttributes(layout::Node& node, Element element, const PropertyMap& properties,
+                      bool keepClass);
+  // What the dispatch goes by: the class (its first hOCR token in the tolerant dialect), or
+  // the element's name when it has no class attribute.
+  std::string_view dispatchKey(Element element) const;
+
+  // "element <div> at offset 212", for messages.
+  std::string where(Element element) const;
+  // UTF-8 from the document as wide text; invalid UTF-8 fails naming the element.
+  std::u16string wide(std::string_view text, Element element) const;
 
   // One property map per nesting level, reused from element to element.
   PropertyMap& propertiesAt(std::size_t depth);
 
+  const Dialect dialect_;
+  const MarkupTree* tree_ = nullptr;  // the document of the read in progress
+  std::vector<MarkupAttribute> attributes_;  // of the element being opened
   std::int32_t pageCounter_ = 0;
   std::map<std::u16string, layout::Image*> images_;
   std::vector<std::unique_ptr<PropertyMap>> propertyMaps_;

@@ -73,23 +73,28 @@ LayoutPointer readJson(std::string_view utf8, const ReadOptions&) {
 LayoutPointer readCloudOcr(std::string_view utf8, const ReadOptions&) {
   return format::CloudOcrReader().read(utf8);
 }
-LayoutPointer readHocr(std::string_view utf8, const ReadOptions&) {
-  return text::hocr::PugiHocrReader().read(utf8);
+LayoutPointer readHocr(std::string_view utf8, const ReadOptions& options) {
+  using Reader = text::hocr::PugiHocrReader;
+  return Reader(options.tolerantHocr ? Reader::Dialect::Tolerant : Reader::Dialect::Strict)
+      .read(utf8);
 }
 LayoutPointer readWebAnno(std::string_view utf8, const ReadOptions&) {
   return format::WebAnnoReader().read(utf8);
 }
 
-void writeJson(const layout::Layout& layout, base::Sink& sink) {
+void writeJson(const layout::Layout& layout, base::Sink& sink, const WriteOptions&) {
   format::JSONWriter().write(layout, sink);
 }
-void writeHocr(const layout::Layout& layout, base::Sink& sink) {
+void writeHocr(const layout::Layout& layout, base::Sink& sink, const WriteOptions&) {
   text::hocr::HocrWriter().write(layout, sink);
 }
-void writeWebAnno(const layout::Layout& layout, base::Sink& sink) {
-  sink.write(format::WebAnnoWriter().write(layout));
+void writeWebAnno(const layout::Layout& layout, base::Sink& sink, const WriteOptions& options) {
+  using Writer = format::WebAnnoWriter;
+  sink.write(Writer(options.webAnnoUtf16Offsets ? Writer::Offsets::Utf16CodeUnits
+                                                : Writer::Offsets::Utf8Bytes)
+                 .write(layout));
 }
-void writePlainText(const layout::Layout& layout, base::Sink& sink) {
+void writePlainText(const layout::Layout& layout, base::Sink& sink, const WriteOptions&) {
   sink.write(base::utf16ToUtf8(format::PlainTextWriter().write(layout)));
 }
 
@@ -122,12 +127,13 @@ const Format& formatNamed(std::string_view name) {
   throw std::runtime_error("unsupported output format specified");
 }
 
-void writeLayout(const Format& format, const text::layout::Layout& layout, base::Sink& sink) {
+void writeLayout(const Format& format, const text::layout::Layout& layout, base::Sink& sink,
+                 const WriteOptions& options) {
   if (format.write == nullptr) {
     throw base::QentException(base::kErrorOption,
                               std::string(format.title) + " output is not available in this build");
   }
-  format.write(layout, sink);
+  format.write(layout, sink, options);
 }
 
 }  // namespace qent::io

@@ -7,6 +7,7 @@
 #pragma once
 
 #include "io/ReadOptions.h"
+#include "io/WriteOptions.h"
 #include "base/Sink.h"
 
 #include <cstdint>
@@ -28,7 +29,7 @@ struct Format {
   // table order, so a format whose test is a special case of another's comes first.
   bool (*sniff)(std::string_view text);
   std::unique_ptr<text::layout::Layout> (*read)(std::string_view utf8, const ReadOptions& options);
-  void (*write)(const text::layout::Layout& layout, base::Sink& sink);
+  void (*write)(const text::layout::Layout& layout, base::Sink& sink, const WriteOptions& options);
 };
 
 // The format the text (UTF-8) is in, judged after its leading white space; null for plain
@@ -39,6 +40,7 @@ const Format* formatOfContent(std::string_view utf8);
 const Format& formatNamed(std::string_view name);
 // Writes the layout in the format; QentException 20020 "<title> output is not available in
 // this build" when the format has no writer yet.
-void writeLayout(const Format& format, const text::layout::Layout& layout, base::Sink& sink);
+void writeLayout(const Format& format, const text::layout::Layout& layout, base::Sink& sink,
+                 const WriteOptions& options = {});
 
 }  // namespace qent::io

@@ -6,6 +6,11 @@
 
 namespace qent::io {
 
-struct ReadOptions {};
+struct ReadOptions {
+  // hOCR as engines really write it: header, caption and floating-text lines, character
+  // boxes, classes on any element, no ids as text, and HTML that is not XML
+  // (PugiHocrReader's tolerant dialect). Off: the strict reading.
+  bool tolerantHocr = false;
+};
 
 }  // namespace qent::io

@@ -79,7 +79,7 @@ DocumentList InputLoader::loadMemory(const std::u16string& addresses) const {
                       static_cast<std::size_t>(size));
     const std::string name = "memory:" + std::to_string(index);
     refuseEmpty(bytes, name);
-    documents.push_back(readDocument(std::move(bytes), name, {}));
+    documents.push_back(readDocument(std::move(bytes), name, {}, options_));
   }
   return documents;
 }
@@ -128,7 +128,7 @@ DocumentList InputLoader::loadFiles(const std::u16string& items, bool alwaysPatt
       std::string bytes = base::readFile(file);
       const std::string name = base::platform::pathToUtf8(file);
       refuseEmpty(bytes, name);
-      documents.push_back(readDocument(std::move(bytes), name, file));
+      documents.push_back(readDocument(std::move(bytes), name, file, options_));
       documents.back()->setTextCode(textCode);
     }
     textCode = 0;

@@ -10,6 +10,7 @@
 //   letter is the text code of that item's documents (a file named "d" is "./d").
 #pragma once
 
+#include "io/ReadOptions.h"
 #include "layout/format/Document.h"
 
 #include <filesystem>
@@ -23,7 +24,9 @@ using DocumentList = std::vector<std::unique_ptr<text::layout::format::Document>
 
 class InputLoader {
 public:
-  explicit InputLoader(std::filesystem::path workspace) : workspace_(std::move(workspace)) {}
+  // `options` go to the reader of every document loaded.
+  explicit InputLoader(std::filesystem::path workspace, io::ReadOptions options = {})
+      : workspace_(std::move(workspace)), options_(options) {}
 
   DocumentList loadMemory(const std::u16string& addresses) const;
   // `alwaysPattern` treats every item as a pattern (InputFilenamePattern).
@@ -34,6 +37,7 @@ public:
 
 private:
   std::filesystem::path workspace_;
+  io::ReadOptions options_;
 };
 
 std::vector<std::u16string> splitItems(const std::u16string& value);

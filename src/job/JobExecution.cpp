@@ -6,6 +6,7 @@
 #include "base/Unicode.h"
 #include "base/platform/platform.h"
 #include "job/OrmidaJob.h"
+#include "job/PropertyStore.h"
 #include "job/property_table.h"
 #include "job/steps/JobSteps.h"
 
@@ -19,6 +20,12 @@ using text::layout::format::Document;
 
 std::filesystem::path pathOf(const std::u16string& text) {
   return base::platform::pathFromUtf8(base::utf16ToUtf8(text));
+}
+
+io::ReadOptions readOptionsOf(const PropertyStore& properties) {
+  io::ReadOptions options;
+  options.tolerantHocr = properties.boolean(kTolerantHocr);
+  return options;
 }
 
 // The operations in the order they run, each behind its switch.
@@ -37,7 +44,7 @@ constexpr Step kSteps[] = {
 JobExecution::JobExecution(OrmidaJob& job)
     : job_(job),
       properties_(job.properties()),
-      loader_(pathOf(job.properties().string(kWorkSpace))) {}
+      loader_(pathOf(job.properties().string(kWorkSpace)), readOptionsOf(job.properties())) {}
 
 std::filesystem::path JobExecution::resolve(const std::u16string& path) const {
   return base::resolveAgainst(pathOf(properties_.string(kWorkSpace)), pathOf(path));

@@ -1,6 +1,7 @@
-// HocrReaderFuzz.cpp - fuzz target of the hOCR reader: any bytes give a layout or one of the
-// reader's documented exceptions; what it reads the writer writes as a document the reader
-// takes back, and from then on writing and reading change nothing.
+// HocrReaderFuzz.cpp - fuzz target of the hOCR reader in both dialects: any bytes give a
+// layout or one of the reader's documented exceptions; what the strict dialect reads the
+// writer writes as a document the reader takes back, and from then on writing and reading
+// change nothing.
 #include "base/QentException.h"
 #include "hocr/HocrWriter.h"
 #include "hocr/PugiHocrReader.h"
@@ -22,6 +23,18 @@ using qent::text::hocr::PugiHocrReader;
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view input(reinterpret_cast<const char*>(data), size);
   std::unique_ptr<qent::text::layout::Layout> layout;
+  // The tolerant dialect reads more (and what is not XML through the HTML parse), with the
+  // same exceptions; every writer takes what it builds.
+  try {
+    layout = PugiHocrReader(PugiHocrReader::Dialect::Tolerant).read(input);
+  } catch (const qent::base::QentException& e) {
+    if (e.code() != qent::base::kErrorHocr) std::abort();
+  } catch (const std::logic_error&) {  // invalid_argument, out_of_range: as below
+  }
+  if (layout) {
+    qent::text::layout::format::PlainTextWriter().write(*layout);
+    HocrWriter().write(*layout);
+  }
   try {
     layout = PugiHocrReader().read(input);
   } catch (const qent::base::QentException& e) {

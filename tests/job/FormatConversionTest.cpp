@@ -90,4 +90,38 @@ TEST(FormatConversionTest, WhyACloudOcrTextIsNotJsonGoesToTheTrace) {
   EXPECT_NE(trace.find("cloud-OCR JSON: Invalid value. at byte 34"), std::string::npos) << trace;
 }
 
+// The opt-in modes through the C interface: a Tesseract heading read tolerantly, and WebAnno
+// offsets in UTF-16 code units. Without them the same page is refused.
+TEST(FormatConversionTest, TolerantHocrAndUtf16WebAnnoOffsets) {
+  TempDir dir;
+  dir.write("page.hocr",
+            "<html><body><div class='ocr_page'><div class='ocr_carea' id='block_1' title='bbox 0 0 "
+            "9 9'><span class='ocr_header' title='bbox 0 0 9 9'><span class='ocrx_word'>H\xC3\xA4"
+            "</span> <span class='ocrx_word'>x</span></span></div></div></body></html>");
+  const std::string tsv = "#FORMAT=WebAnno TSV 3.2\n#T_SP=webanno.custom.Mention|value\n\n\n"
+                          "#Text=H\xC3\xA4 x\n1-1\t0-";
+  struct Case {
+    std::vector<std::pair<const char*, const char*>> properties;
+    uint32_t code;
+    std::string output;  // the error text when the code is not 0
+  } const cases[] = {
+      {{{"TolerantHocr", "true"}, {"OutputFilename.Format", "txtutf8"}}, 0, "H\xC3\xA4 x\n"},
+      {{{"TolerantHocr", "1"}, {"OutputFilename.Format", "webanno"}, {"WebAnnoOffsets", "UTF16"}},
+       0, tsv + "2\tH\xC3\xA4\t_\n1-2\t3-4\tx\t_\n"},
+      {{{"TolerantHocr", "no"}}, 20001, "Unsupported node name with class ocr_header"},
+      {{{"TolerantHocr", "true"}, {"WebAnnoOffsets", "utf-32"}}, 20020,
+       "WebAnnoOffsets must be utf8 or utf16, not \"utf-32\""}};
+  for (const Case& c : cases) {
+    Job job;
+    job.set("WorkSpace", dir.path().string());
+    job.set("InputFilename", "page.hocr");
+    job.set("OutputFilename", "out");
+    for (const auto& [name, value] : c.properties) EXPECT_EQ(job.set(name, value), ORMIDA_OK);
+    EXPECT_EQ(job.execute(), c.code);
+    const std::string error = job.errorText();
+    EXPECT_TRUE(c.code != 0 ? error.find(c.output) != std::string::npos
+                            : readAll(dir / "out") == c.output) << error;
+  }
+}
+
 }  // namespace

@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <string>
 #include <string_view>
 
@@ -20,6 +21,20 @@ inline std::filesystem::path testData(std::string_view relative) {
 }
 
 inline std::string readTestData(std::string_view relative) { return readAll(testData(relative)); }
+
+// The real files of another project's format folder ("hocr", "webanno"): the shared samples
+// beside the repository, where present, and the copies the repository may hold, by name.
+inline std::map<std::string, std::filesystem::path> realSamples(const std::string& format) {
+  std::map<std::string, std::filesystem::path> files;
+  for (const auto& folder : {std::filesystem::path(ORMIDA_SOURCE_DIR) / ".." / "shared" /
+                                 "samples" / format, testData("third_party/" + format)}) {
+    if (!std::filesystem::exists(folder)) continue;
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+      if (entry.path().extension() != ".md") files.emplace(entry.path().filename().string(), entry.path());
+    }
+  }
+  return files;
+}
 
 inline void expectGolden(std::string_view relative, const std::string& actual) {
   const std::filesystem::path file = testData(relative);

@@ -1,6 +1,7 @@
 // OutputStep.cpp - the main layout written in the chosen formats, to a file and/or to the
 // caller's memory callback.
 #include "base/NumberConversion.h"
+#include "base/QentException.h"
 #include "base/Unicode.h"
 #include "base/FileSink.h"
 #include "io/FormatTable.h"
@@ -21,6 +22,7 @@ namespace {
 
 struct OutputOptions {
   std::u16string formats = u"HOCR";
+  io::WriteOptions write;
   bool toFile = false;
   OrmidaMemoryOutput callback = nullptr;
   std::uint64_t userdata = 0;
@@ -35,6 +37,14 @@ OutputOptions readOptions(const PropertyStore& properties) {
   options.toFile = properties.isSet(kOutputFilename);
   for (const auto& [sub, value] : properties.subProperties(kOutputFilename)) {
     if (sub == kFormat) options.formats = value;
+  }
+  // WebAnno and INCEpTION count offsets in UTF-16 code units; the default stays UTF-8 bytes.
+  const std::string offsets = base::utf16ToUtf8Lenient(properties.string(kWebAnnoOffsets));
+  if (base::equalsIgnoreAsciiCase(offsets, "utf16")) {
+    options.write.webAnnoUtf16Offsets = true;
+  } else if (!offsets.empty() && !base::equalsIgnoreAsciiCase(offsets, "utf8")) {
+    throw base::QentException(base::kErrorOption,
+                              "WebAnnoOffsets must be utf8 or utf16, not \"" + offsets + "\"");
   }
   if (properties.isSet(kMemoryOutputCallback)) {
     const std::uint64_t address = number(properties, kMemoryOutputCallback);
@@ -81,7 +91,7 @@ void writeOutput(JobExecution& execution) {
     base::Sink* sink = &memory;
     if (file && options.callback == nullptr) sink = &*file;
     if (file && options.callback != nullptr) sink = &both.emplace(*file, memory);
-    io::writeLayout(*format, *main.layout(), *sink);
+    io::writeLayout(*format, *main.layout(), *sink, options.write);
     if (options.callback != nullptr) {
       options.callback(memory.text().data(), memory.text().size(), options.userdata, 0);
     }

@@ -22,7 +22,10 @@ namespace qent::text::layout::format {
 //     separated by tabs. The id ("3-7") must be digits "-" digits, the offsets ("0-5") too.
 //     The token becomes Word "word_3_7" with the text of the third column (empty when the
 //     row ends after the offsets: trimming took the empty text's tabs). Sub-token rows
-//     ("3-7.1") repeat part of the token before them and are skipped.
+//     ("3-7.1") repeat part of the token before them and are skipped. A row with a token
+//     id but fewer than three columns as written (no text column) is skipped with a
+//     warning in the trace log. Columns are split at tabs only: the escapes of feature
+//     values ("\|", "\_", "\t" as two characters) never split a column.
 //   - A token goes into the line of the current sentence; a token with another sentence
 //     number than the line's first token, or one before any "#Text=" row, starts a further
 //     line. Lines are named "line_1", "line_2", ... in order.

@@ -37,9 +37,22 @@ std::string entityId(const Word& word) {
   return entity.substr(begin, end - begin);
 }
 
+// The UTF-16 length of valid UTF-8: one code unit per character, two for the characters of
+// four bytes (beyond U+FFFF, written as surrogate pairs).
+std::uint64_t utf16Length(std::string_view utf8) {
+  std::uint64_t units = 0;
+  for (const char c : utf8) {
+    const auto byte = static_cast<unsigned char>(c);
+    if ((byte & 0xC0) != 0x80) ++units;
+    if (byte >= 0xF0) ++units;
+  }
+  return units;
+}
+
 }  // namespace
 
-WebAnnoWriter::WebAnnoWriter() : sentencePrefix_("#Text="), headerPrefix_("#FORMAT=") {}
+WebAnnoWriter::WebAnnoWriter(Offsets offsets)
+    : sentencePrefix_("#Text="), headerPrefix_("#FORMAT="), offsets_(offsets) {}
 WebAnnoWriter::~WebAnnoWriter() = default;
 
 void WebAnnoWriter::start() {
@@ -126,7 +139,8 @@ void WebAnnoWriter::writeRow(Word& word) {
   out_ += '\t';
   // The offsets precede the text in the row, and its length is only known once it is UTF-8.
   text_.clear();
-  const std::size_t length = appendWordText(word, text_);
+  const std::size_t bytes = appendWordText(word, text_);
+  const std::uint64_t length = offsets_ == Offsets::Utf8Bytes ? bytes : utf16Length(text_);
   const std::uint64_t begin = offset_;
   const std::uint64_t end = begin + length;
   offset_ = end + 1;

@@ -18,7 +18,9 @@ namespace qent::text::layout::format {
 // Word one token row "S-T<tab>BEGIN-END<tab>TEXT<tab>ENTITY":
 //   - S counts the sentences of the write from 1, T the tokens of the sentence from 1;
 //   - BEGIN-END are byte offsets into the UTF-8 text, with one separator byte after every
-//     word, across lines and pages, never reset during a write;
+//     word, across lines and pages, never reset during a write; with Offsets::Utf16CodeUnits
+//     they count UTF-16 code units instead (a character beyond U+FFFF counts 2), as WebAnno
+//     and INCEpTION do, and the separator counts 1;
 //   - ENTITY is "_", or "sensitive[E]" for a word with x_sensibility > 0, where E is the last
 //     blank-separated token of the word's entity (Fragment::xEntity(), else its attribute
 //     "x_entity"; empty brackets when it has none).
@@ -30,7 +32,9 @@ namespace qent::text::layout::format {
 // text is not valid UTF-16; nothing is returned then.
 class WebAnnoWriter : private NodeVisitor {
 public:
-  WebAnnoWriter();
+  enum class Offsets : unsigned char { Utf8Bytes, Utf16CodeUnits };
+
+  explicit WebAnnoWriter(Offsets offsets = Offsets::Utf8Bytes);
   ~WebAnnoWriter() override;
 
   // The whole document; a layout without root gives the header alone.
@@ -65,6 +69,7 @@ private:
   std::string text_;  // the current word's text, reused from word to word
   const std::string_view sentencePrefix_;
   const std::string_view headerPrefix_;
+  const Offsets offsets_;
   std::uint32_t sentence_ = 0;
   std::uint32_t token_ = 0;
   std::uint64_t offset_ = 0;

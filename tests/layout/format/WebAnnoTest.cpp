@@ -4,6 +4,8 @@
 #include "layout/format/WebAnnoWriter.h"
 
 #include "base/QentException.h"
+#include "base/Unicode.h"
+#include "layout/IteratorTemplate.h"
 #include "layout/Layout.h"
 #include "layout/Nodes.h"
 #include "layout/format/CloudOcrReader.h"
@@ -15,6 +17,7 @@
 #include <random>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace qent::test {
 namespace {
@@ -66,7 +69,10 @@ TEST(WebAnnoReaderTest, BuildsThePage) {
       {h + "#T_CH=x|y\r\n\r\n#Text=a\r\n1-1\t0-1\ta\tsensitive[4]\r\n",
        "Page#page_1{Line#line_1{Word#word_1_1\"a\"(sens=1,entity=\"other 4\")}}"},
       {"\xEF\xBB\xBF#FORMAT=WebAnno TSV 3.3\n\n#Text=a\n1-1\t0-1\ta\n",
-       "Page#page_1{Line#line_1{Word#word_1_1\"a\"}}"}};
+       "Page#page_1{Line#line_1{Word#word_1_1\"a\"}}"},
+      // Rows without a text column are skipped; escapes in feature columns split nothing.
+      {h + "#Text=a b\n1-1\t0-1\n1-2\n1-3\t2-3\tb\tx\\|y\\tz\t\\_\n",
+       "Page#page_1{Line#line_1{Word#word_1_3\"b\"}}"}};
   for (const Case& c : cases) {
     const auto layout = WebAnnoReader().read(c.input);
     EXPECT_EQ(layout->format(), 2u);
@@ -207,6 +213,86 @@ TEST(WebAnnoRoundTripTest, RandomLayoutsSurviveTheRoundTrip) {
     }
     const std::string tsv = WebAnnoWriter().write(*rootNode);
     ASSERT_EQ(WebAnnoWriter().write(*WebAnnoReader().read(tsv)), tsv) << "round " << round;
+  }
+}
+
+std::vector<std::string> split(std::string_view text, char at) {
+  std::vector<std::string> pieces;
+  for (std::size_t start = 0;;) {
+    const std::size_t end = text.find(at, start);
+    pieces.emplace_back(text.substr(start, end - start));
+    if (end == std::string_view::npos) return pieces;
+    start = end + 1;
+  }
+}
+
+// In UTF-16 mode every token's offsets, counted in code units, slice exactly its text out of
+// the document text as the writer counts it: each word followed by one separator.
+TEST(WebAnnoWriterTest, Utf16OffsetsSliceEveryTokenOutOfTheText) {
+  const std::u16string pieces[] = {u"a", u"\u00fc", u"\u20ac", u"\U0001F60A", u"\U0001D11E", u" "};
+  std::mt19937 random(7);
+  auto pick = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
+  for (int round = 0; round < 100; ++round) {
+    auto page = parseDump("Page");
+    std::u16string document;
+    std::size_t words = 0, rows = 0;
+    for (int l = pick(4); l > 0; --l) {
+      auto& line = page->appendChild(std::make_unique<Line>());
+      for (int w = pick(5); w > 0; --w) {
+        std::u16string text;
+        for (int c = pick(5); c > 0; --c) text += pieces[static_cast<std::size_t>(pick(6))];
+        line.appendChild(std::make_unique<Word>()).setText(text);
+        document += text + u" ";
+        ++words;
+      }
+    }
+    const std::string tsv = WebAnnoWriter(WebAnnoWriter::Offsets::Utf16CodeUnits).write(*page);
+    for (const std::string& row : split(tsv, '\n')) {
+      if (row.empty() || row[0] == '#') continue;
+      const std::vector<std::string> columns = split(row, '\t');
+      const std::vector<std::string> offsets = split(columns[1], '-');
+      const std::size_t begin = std::stoul(offsets[0]), end = std::stoul(offsets[1]);
+      ASSERT_LE(end, document.size()) << row;
+      EXPECT_EQ(base::utf16ToUtf8(document.substr(begin, end - begin)), columns[2]) << row;
+      ++rows;
+    }
+    EXPECT_EQ(rows, words);
+  }
+}
+
+// Every real WebAnno file (the shared samples, else the copies in the repository) reads with
+// its tokens in order, and writing them in either offset mode reads back the same tokens.
+TEST(WebAnnoReaderTest, ReadsEveryRealSampleWithItsTokensInOrder) {
+  const auto files = realSamples("webanno");
+  EXPECT_GE(files.size(), 10u);
+  auto wordsOf = [](const Layout& layout) {
+    std::vector<std::string> words;
+    for (IteratorTemplate<Word> it(layout.root()); !it.atEnd(); ++it) {
+      words.push_back(base::utf16ToUtf8((*it).text()));
+    }
+    return words;
+  };
+  for (const auto& [name, path] : files) {
+    const std::string text = readAll(path);
+    std::vector<std::string> tokens;  // column 3 of each row that is not a sub-token
+    for (std::string row : split(text, '\n')) {
+      if (!row.empty() && row.back() == '\r') row.pop_back();
+      const std::vector<std::string> columns = split(row, '\t');
+      if (!row.empty() && row[0] != '#' && columns[0].find('.') == std::string::npos) {
+        tokens.push_back(columns[2]);
+      }
+    }
+    const auto layout = WebAnnoReader().read(text);
+    EXPECT_EQ(wordsOf(*layout), tokens) << name;
+    for (const auto offsets : {WebAnnoWriter::Offsets::Utf8Bytes, WebAnnoWriter::Offsets::Utf16CodeUnits}) {
+      EXPECT_EQ(wordsOf(*WebAnnoReader().read(WebAnnoWriter(offsets).write(*layout))), tokens) << name;
+    }
+    if (name != "webanno-emoji-utf16-offsets.tsv") continue;
+    // The emoji is two UTF-16 code units, as WebAnno counts, or four bytes.
+    const std::string row = "1-4\t10-12\t\xF0\x9F\x98\x8A\t";
+    EXPECT_NE(WebAnnoWriter(WebAnnoWriter::Offsets::Utf16CodeUnits).write(*layout).find(row),
+              std::string::npos);
+    EXPECT_NE(WebAnnoWriter().write(*layout).find("1-4\t10-14\t"), std::string::npos);
   }
 }
 
