@@ -42,12 +42,11 @@ std::u16string wide(std::string_view text, const pugi::xml_node& element) {
   }
 }
 
-void copyProperties(Node& node, const PropertyMap& properties, const pugi::xml_node& element) {
-  // Entries come sorted, so each goes in at the end of a map that had none before.
-  auto& attributes = node.attributes();
+void copyProperties(Node::Attributes::Entries& attributes, const PropertyMap& properties,
+                    const pugi::xml_node& element) {
   for (const PropertyMap::Entry& entry : properties.entries()) {
-    attributes.insert_or_assign(attributes.end(), wide(entry.key, element),
-                                wide(entry.value, element));
+    attributes.emplace_back(layout::AttributeKey(wide(entry.key, element)),
+                            wide(entry.value, element));
   }
 }
 
@@ -309,6 +308,9 @@ void PugiHocrReader::finishFragment(layout::Fragment& fragment, const Element& e
 
 void PugiHocrReader::readAttributes(Node& node, const Element& element,
                                     const PropertyMap& properties) {
+  // Collected in document order and handed over at once (the last of equal keys wins):
+  // an element with thousands of attributes costs one sort, not an insertion each.
+  Node::Attributes::Entries attributes;
   for (pugi::xml_attribute attribute = element.first_attribute(); attribute;
        attribute = attribute.next_attribute()) {
     const std::string_view name = attribute.name();
@@ -316,13 +318,14 @@ void PugiHocrReader::readAttributes(Node& node, const Element& element,
     if (name == "id") {
       node.setId(wide(value, element));
     } else if (name == "title") {
-      copyProperties(node, properties, element);
+      copyProperties(attributes, properties, element);
     } else if (name == "class" && hasHocrPrefix(value)) {
       // consumed by the dispatch
     } else {
-      node.setAttribute(wide(name, element), wide(value, element));
+      attributes.emplace_back(layout::AttributeKey(wide(name, element)), wide(value, element));
     }
   }
+  if (!attributes.empty()) node.attributes().assign(std::move(attributes));
 }
 
 }  // namespace qent::text::hocr

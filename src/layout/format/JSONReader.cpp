@@ -263,16 +263,22 @@ void JSONReader::readFragment(Fragment& f, JsonNodeRecord& r) {
 
 void JSONReader::readCommon(Node& node, JsonNodeRecord& r, NodeType kind) {
   if (r.has(Member::Id)) node.setId(std::move(r.id));
-  for (JsonAttribute& a : r.attributes) {
-    if (divertAttribute(node, kind, a)) continue;
-    std::u16string value;
-    if (a.isNumber) {
-      const std::string fixed = internal::fixed6Text(a.number);
-      value.assign(fixed.begin(), fixed.end());
-    } else {
-      value = std::move(a.text);
+  if (!r.attributes.empty()) {
+    Node::Attributes::Entries entries;
+    entries.reserve(r.attributes.size());
+    for (JsonAttribute& a : r.attributes) {
+      if (divertAttribute(node, kind, a)) continue;
+      std::u16string value;
+      if (a.isNumber) {
+        const std::string fixed = internal::fixed6Text(a.number);
+        value.assign(fixed.begin(), fixed.end());
+      } else {
+        value = std::move(a.text);
+      }
+      entries.emplace_back(AttributeKey(a.key16), std::move(value));
     }
-    node.attributes().insert_or_assign(std::move(a.key16), std::move(value));
+    // Handed over at once: an object with many members costs one sort, not an insertion each.
+    node.attributes().assign(std::move(entries));
   }
   if (r.hasAttributeBaseline) {
     if (isA<Fragment>(node)) static_cast<Fragment&>(node).setBaseline(r.attributeBaseline);
