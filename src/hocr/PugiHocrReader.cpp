@@ -63,6 +63,12 @@ PropertyMap& PugiHocrReader::propertiesAt(std::size_t depth) {
 }
 
 std::unique_ptr<layout::Layout> PugiHocrReader::read(std::string_view utf8) {
+  std::string text(utf8);
+  return readInPlace(text);
+}
+
+std::unique_ptr<layout::Layout> PugiHocrReader::readInPlace(std::string& buffer) {
+  const std::string_view utf8 = buffer;
   pageCounter_ = 0;
   images_.clear();
 
@@ -73,7 +79,8 @@ std::unique_ptr<layout::Layout> PugiHocrReader::read(std::string_view utf8) {
   // "direct text" is its first real text.
   pugi::xml_document document;
   const pugi::xml_parse_result parsed =
-      document.load_buffer(utf8.data(), utf8.size(), pugi::parse_default, pugi::encoding_utf8);
+      document.load_buffer_inplace(buffer.data(), buffer.size(), pugi::parse_default,
+                                   pugi::encoding_utf8);
   if (!parsed) {
     base::TraceLog::writeFormatted(base::kTraceError, "hOCR: %s at offset %lld",
                                    parsed.description(),
