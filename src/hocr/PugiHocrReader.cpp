@@ -69,13 +69,21 @@ PropertyMap& PugiHocrReader::propertiesAt(std::size_t depth) {
 }
 
 std::unique_ptr<layout::Layout> PugiHocrReader::read(std::string_view utf8) {
+  std::string text(utf8);
+  return readInPlace(text);
+}
+
+std::unique_ptr<layout::Layout> PugiHocrReader::readInPlace(std::string& buffer) {
+  const std::string_view utf8 = buffer;
   pageCounter_ = 0;
   images_.clear();
   const bool tolerant = dialect_ == Dialect::Tolerant;
 
   if (utf8.empty() || !containsHtmlTag(utf8, tolerant)) fail("No HOCR file found");
 
-  const PugiMarkup xml(utf8);
+  // Parsing in place changes the buffer, so the tolerant reading, which may need the text
+  // again for the HTML parser, lets pugixml parse a copy.
+  const PugiMarkup xml = tolerant ? PugiMarkup(utf8) : PugiMarkup(buffer);
   if (xml.parsed()) return readDocument(xml);
   base::TraceLog::writeFormatted(base::kTraceError, "hOCR: %s at offset %lld",
                                  xml.parsed().description(),
@@ -382,25 +390,27 @@ void PugiHocrReader::finishFragment(layout::Fragment& fragment, Element element,
 
 void PugiHocrReader::readAttributes(Node& node, Element element,
                                     const PropertyMap& properties, bool keepClass) {
+  // Collected in document order and handed over at once (the last of equal keys wins):
+  // an element with thousands of attributes costs one sort, not an insertion each.
   // openElement() filled attributes_ with this element's attributes.
+  Node::Attributes::Entries attributes;
   for (const MarkupAttribute& attribute : attributes_) {
     const std::string_view name = attribute.name;
     const std::string_view value = attribute.value;
     if (name == "id") {
       node.setId(wide(value, element));
     } else if (name == "title") {
-      // Entries come sorted, so each goes in at the end of a map that had none before.
-      auto& attributes = node.attributes();
       for (const PropertyMap::Entry& entry : properties.entries()) {
-        attributes.insert_or_assign(attributes.end(), wide(entry.key, element),
-                                    wide(entry.value, element));
+        attributes.emplace_back(layout::AttributeKey(wide(entry.key, element)),
+                                wide(entry.value, element));
       }
     } else if (name == "class" && hasHocrPrefix(value) && !keepClass) {
       // consumed by the dispatch
     } else {
-      node.setAttribute(wide(name, element), wide(value, element));
+      attributes.emplace_back(layout::AttributeKey(wide(name, element)), wide(value, element));
     }
   }
+  if (!attributes.empty()) node.attributes().assign(std::move(attributes));
 }
 
 }  // namespace qent::text::hocr

@@ -57,6 +57,9 @@ public:
   PugiHocrReader& operator=(const PugiHocrReader&) = delete;
 
   std::unique_ptr<layout::Layout> read(std::string_view utf8);
+  // The same, parsing inside `utf8` itself, which is left changed: for a caller that reads
+  // a file only to parse it, this spares pugixml's copy of the whole text.
+  std::unique_ptr<layout::Layout> readInPlace(std::string& utf8);
 
 private:
   using Element = MarkupTree::Element;

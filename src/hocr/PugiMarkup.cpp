@@ -22,6 +22,10 @@ PugiMarkup::PugiMarkup(std::string_view utf8)
     : parsed_(document_.load_buffer(utf8.data(), utf8.size(), pugi::parse_default,
                                     pugi::encoding_utf8)) {}
 
+PugiMarkup::PugiMarkup(std::string& buffer)
+    : parsed_(document_.load_buffer_inplace(buffer.data(), buffer.size(), pugi::parse_default,
+                                            pugi::encoding_utf8)) {}
+
 MarkupTree::Element PugiMarkup::html() const { return handle(document_.child("html")); }
 
 MarkupTree::Element PugiMarkup::firstChild(Element parent) const {

@@ -5,6 +5,7 @@
 
 #include <pugixml.hpp>
 
+#include <string>
 #include <string_view>
 
 namespace qent::text::hocr {
@@ -16,6 +17,8 @@ namespace qent::text::hocr {
 class PugiMarkup final : public MarkupTree {
 public:
   explicit PugiMarkup(std::string_view utf8);
+  // Parses inside `buffer`, which must outlive this object and is left changed.
+  explicit PugiMarkup(std::string& buffer);
 
   const pugi::xml_parse_result& parsed() const { return parsed_; }
 

@@ -67,18 +67,18 @@ bool isJsonLayout(std::string_view text) { return text.starts_with('{'); }
 bool isMarkup(std::string_view text) { return text.starts_with('<'); }
 bool isWebAnno(std::string_view text) { return text.starts_with("#FORMAT=WebAnno TSV"); }
 
-LayoutPointer readJson(std::string_view utf8, const ReadOptions&) {
-  return format::JSONReader().read(utf8);
+LayoutPointer readJson(std::string& utf8, const ReadOptions&) {
+  return format::JSONReader().readInPlace(utf8);
 }
-LayoutPointer readCloudOcr(std::string_view utf8, const ReadOptions&) {
+LayoutPointer readCloudOcr(std::string& utf8, const ReadOptions&) {
   return format::CloudOcrReader().read(utf8);
 }
-LayoutPointer readHocr(std::string_view utf8, const ReadOptions& options) {
+LayoutPointer readHocr(std::string& utf8, const ReadOptions& options) {
   using Reader = text::hocr::PugiHocrReader;
   return Reader(options.tolerantHocr ? Reader::Dialect::Tolerant : Reader::Dialect::Strict)
-      .read(utf8);
+      .readInPlace(utf8);
 }
-LayoutPointer readWebAnno(std::string_view utf8, const ReadOptions&) {
+LayoutPointer readWebAnno(std::string& utf8, const ReadOptions&) {
   return format::WebAnnoReader().read(utf8);
 }
 

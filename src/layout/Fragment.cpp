@@ -8,7 +8,21 @@
 
 namespace qent::text::layout {
 
+const FragmentDetails Fragment::kNoDetails;
+
+Fragment::Fragment(const Fragment& other)
+    : Node(other),
+      text_(other.text_),
+      rect_(other.rect_),
+      confidence_(other.confidence_),
+      details_(other.details_ ? std::make_unique<FragmentDetails>(*other.details_) : nullptr) {}
+
 Fragment::~Fragment() = default;
+
+FragmentDetails& Fragment::detailsForChange() {
+  if (details_ == nullptr) details_ = std::make_unique<FragmentDetails>();
+  return *details_;
+}
 void Fragment::accept(NodeVisitor& visitor) { visitor.visit(*this); }
 
 double Fragment::confidence() const {

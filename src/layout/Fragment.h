@@ -6,6 +6,8 @@
 #include "layout/Rect.h"
 
 #include <cstdint>
+#include <cstring>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -40,6 +42,25 @@ struct FontWeight {
   static constexpr std::uint32_t kBold = 3;
 };
 
+// The fields of a fragment that most fragments leave unset: font, colours, polygon,
+// baseline, entity, sensibility, angle. Fragment holds them only once one of them is set, so
+// a word of a long document costs its text, rectangle and confidence and little else.
+struct FragmentDetails {
+  std::u16string fontFamily;
+  double fontSize = -1;
+  double xSensibility = 0;
+  double textangle = 0;
+  std::string xEntity;
+  std::vector<Point> polygon;
+  std::vector<double> baseline;
+  Rgb color;
+  Rgb backgroundColor;
+  std::uint32_t fontStyle = FontStyle::kUnset;
+  std::uint32_t fontWeight = FontWeight::kUnset;
+  bool hasColor = false;
+  bool hasBackgroundColor = false;
+};
+
 // Unset values are in-band: confidence and font size negative, x_sensibility 0 or less,
 // textangle 0, empty strings and sequences, colour flags false.
 class Fragment : public Node {
@@ -65,69 +86,79 @@ public:
   double storedConfidence() const { return confidence_; }
   void setConfidence(double confidence) { confidence_ = confidence; }
 
-  const std::u16string& fontFamily() const { return fontFamily_; }
-  void setFontFamily(std::u16string family) { fontFamily_ = std::move(family); }
-  double fontSize() const { return fontSize_; }
-  void setFontSize(double size) { fontSize_ = size; }
-  std::uint32_t fontStyle() const { return fontStyle_; }
-  void setFontStyle(std::uint32_t style) { fontStyle_ = style; }
-  std::uint32_t fontWeight() const { return fontWeight_; }
-  void setFontWeight(std::uint32_t weight) { fontWeight_ = weight; }
+  const std::u16string& fontFamily() const { return details().fontFamily; }
+  void setFontFamily(std::u16string family) {
+    if (!family.empty() || details_) detailsForChange().fontFamily = std::move(family);
+  }
+  double fontSize() const { return details().fontSize; }
+  void setFontSize(double size) { change(&FragmentDetails::fontSize, size); }
+  std::uint32_t fontStyle() const { return details().fontStyle; }
+  void setFontStyle(std::uint32_t style) { change(&FragmentDetails::fontStyle, style); }
+  std::uint32_t fontWeight() const { return details().fontWeight; }
+  void setFontWeight(std::uint32_t weight) { change(&FragmentDetails::fontWeight, weight); }
 
-  double xSensibility() const { return xSensibility_; }
-  void setXSensibility(double value) { xSensibility_ = value; }
+  double xSensibility() const { return details().xSensibility; }
+  void setXSensibility(double value) { change(&FragmentDetails::xSensibility, value); }
   // Rotation in degrees; 0 when not set.
-  double textangle() const { return textangle_; }
-  void setTextangle(double angle) { textangle_ = angle; }
+  double textangle() const { return details().textangle; }
+  void setTextangle(double angle) { change(&FragmentDetails::textangle, angle); }
   // Narrow (UTF-8) name of the entity class attached to the item; empty when none.
-  const std::string& xEntity() const { return xEntity_; }
-  void setXEntity(std::string entity) { xEntity_ = std::move(entity); }
+  const std::string& xEntity() const { return details().xEntity; }
+  void setXEntity(std::string entity) {
+    if (!entity.empty() || details_) detailsForChange().xEntity = std::move(entity);
+  }
 
-  const std::vector<Point>& polygon() const { return polygon_; }
-  void setPolygon(std::vector<Point> polygon) { polygon_ = std::move(polygon); }
+  const std::vector<Point>& polygon() const { return details().polygon; }
+  void setPolygon(std::vector<Point> polygon) {
+    if (!polygon.empty() || details_) detailsForChange().polygon = std::move(polygon);
+  }
   // Coefficients of the baseline polynomial as the OCR delivered them.
-  const std::vector<double>& baseline() const { return baseline_; }
-  void setBaseline(std::vector<double> baseline) { baseline_ = std::move(baseline); }
+  const std::vector<double>& baseline() const { return details().baseline; }
+  void setBaseline(std::vector<double> baseline) {
+    if (!baseline.empty() || details_) detailsForChange().baseline = std::move(baseline);
+  }
 
   // The colour is valid only when hasColor(); setColor sets the flag.
-  const Rgb& color() const { return color_; }
-  bool hasColor() const { return hasColor_; }
+  const Rgb& color() const { return details().color; }
+  bool hasColor() const { return details().hasColor; }
   void setColor(const Rgb& color) {
-    color_ = color;
-    hasColor_ = true;
+    FragmentDetails& d = detailsForChange();
+    d.color = color;
+    d.hasColor = true;
   }
-  void setHasColor(bool has) { hasColor_ = has; }
-  const Rgb& backgroundColor() const { return backgroundColor_; }
-  bool hasBackgroundColor() const { return hasBackgroundColor_; }
+  void setHasColor(bool has) { change(&FragmentDetails::hasColor, has); }
+  const Rgb& backgroundColor() const { return details().backgroundColor; }
+  bool hasBackgroundColor() const { return details().hasBackgroundColor; }
   void setBackgroundColor(const Rgb& color) {
-    backgroundColor_ = color;
-    hasBackgroundColor_ = true;
+    FragmentDetails& d = detailsForChange();
+    d.backgroundColor = color;
+    d.hasBackgroundColor = true;
   }
-  void setHasBackgroundColor(bool has) { hasBackgroundColor_ = has; }
+  void setHasBackgroundColor(bool has) { change(&FragmentDetails::hasBackgroundColor, has); }
 
 protected:
   explicit Fragment(NodeClass nodeClass) : Node(nodeClass) {}
-  Fragment(const Fragment&) = default;
+  Fragment(const Fragment& other);
   friend class ShallowCopier;
   friend class FaithfulCopier;
 
 private:
+  const FragmentDetails& details() const { return details_ ? *details_ : kNoDetails; }
+  FragmentDetails& detailsForChange();
+  // Sets one field; setting a field to its unset value allocates nothing.
+  // Doubles are compared bit for bit, so that -0 is kept as -0.
+  template <class T>
+  void change(T FragmentDetails::*field, T value) {
+    if (details_ == nullptr && std::memcmp(&value, &(kNoDetails.*field), sizeof(T)) == 0) return;
+    detailsForChange().*field = value;
+  }
+
+  static const FragmentDetails kNoDetails;
+
   std::u16string text_;
   Rect rect_;
   mutable double confidence_ = -1;
-  std::u16string fontFamily_;
-  double fontSize_ = -1;
-  double xSensibility_ = 0;
-  double textangle_ = 0;
-  std::string xEntity_;
-  std::vector<Point> polygon_;
-  std::vector<double> baseline_;
-  Rgb color_;
-  Rgb backgroundColor_;
-  std::uint32_t fontStyle_ = FontStyle::kUnset;
-  std::uint32_t fontWeight_ = FontWeight::kUnset;
-  bool hasColor_ = false;
-  bool hasBackgroundColor_ = false;
+  std::unique_ptr<FragmentDetails> details_;
 };
 
 }  // namespace qent::text::layout

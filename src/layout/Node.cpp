@@ -8,7 +8,9 @@ namespace qent::text::layout {
 Node::Node(const Node& other)
     : id_(other.id_),
       attributes_(other.attributes_),
-      auxiliaryAttributes_(other.auxiliaryAttributes_),
+      auxiliaryAttributes_(other.auxiliaryAttributes_ != nullptr
+                               ? std::make_unique<Attributes>(*other.auxiliaryAttributes_)
+                               : nullptr),
       nodeClass_(other.nodeClass_) {}
 
 Node::~Node() {
@@ -22,6 +24,16 @@ Node::~Node() {
     for (auto& grandchild : node->children_) pending.push_back(std::move(grandchild));
     node->children_.clear();
   }
+}
+
+const Node::Attributes& Node::auxiliaryAttributes() const {
+  static const Attributes kNone;
+  return auxiliaryAttributes_ != nullptr ? *auxiliaryAttributes_ : kNone;
+}
+
+Node::Attributes& Node::auxiliaryAttributes() {
+  if (auxiliaryAttributes_ == nullptr) auxiliaryAttributes_ = std::make_unique<Attributes>();
+  return *auxiliaryAttributes_;
 }
 
 void Node::accept(NodeVisitor& visitor) { visitor.visit(*this); }

@@ -1,11 +1,13 @@
 // Node.h - the base of every layout tree node: identifier, free attributes and owned children.
 #pragma once
 
+#include "layout/AttributeMap.h"
+
 #include <cstddef>
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace qent::text::layout {
@@ -26,7 +28,7 @@ enum class NodeClass : std::uint8_t {
 // released safely.
 class Node {
 public:
-  using Attributes = std::map<std::u16string, std::u16string>;
+  using Attributes = AttributeMap;
   using Children = std::vector<std::unique_ptr<Node>>;
 
   Node() = default;
@@ -44,14 +46,15 @@ public:
   // Free attributes, sorted by key; numbers read from files are kept as their text.
   const Attributes& attributes() const { return attributes_; }
   Attributes& attributes() { return attributes_; }
-  void setAttribute(const std::u16string& key, std::u16string value) {
+  void setAttribute(std::u16string_view key, std::u16string value) {
     attributes_.insert_or_assign(key, std::move(value));
   }
 
   // A second map that no operation of the library fills; it is carried along by copies
-  // so that layouts built by other tools lose nothing.
-  const Attributes& auxiliaryAttributes() const { return auxiliaryAttributes_; }
-  Attributes& auxiliaryAttributes() { return auxiliaryAttributes_; }
+  // so that layouts built by other tools lose nothing. Held only once something asks to
+  // change it, since nearly every node has none.
+  const Attributes& auxiliaryAttributes() const;
+  Attributes& auxiliaryAttributes();
 
   const Children& children() const { return children_; }
   std::size_t childCount() const { return children_.size(); }
@@ -77,7 +80,7 @@ protected:
 private:
   std::u16string id_;
   Attributes attributes_;
-  Attributes auxiliaryAttributes_;
+  std::unique_ptr<Attributes> auxiliaryAttributes_;
   Children children_;
   NodeClass nodeClass_ = NodeClass::Node;
 };

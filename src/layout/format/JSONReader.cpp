@@ -93,6 +93,12 @@ JSONReader::JSONReader() = default;
 JSONReader::~JSONReader() = default;
 
 std::unique_ptr<Layout> JSONReader::read(std::string_view utf8) {
+  std::string text(utf8);
+  return readInPlace(text);
+}
+
+std::unique_ptr<Layout> JSONReader::readInPlace(std::string& buffer) {
+  std::string_view utf8 = buffer;
   if (utf8.substr(0, 3) == "\xEF\xBB\xBF") utf8.remove_prefix(3);
   // Checked in one fast pass here instead of character by character by the parser.
   const std::size_t invalid = base::findInvalidUtf8(utf8);
@@ -100,10 +106,10 @@ std::unique_ptr<Layout> JSONReader::read(std::string_view utf8) {
     traceFailure("invalid UTF-8 at byte " + std::to_string(invalid));
     throw base::QentException(base::kErrorJson, "Failed to parse JSON layout");
   }
-  // The parser decodes strings in place in this copy rather than copying each of them.
-  std::string text(utf8);
+  // The parser decodes strings where they stand rather than copying each of them; it only
+  // writes behind its reading position, so the text after the document stays as it was.
   internal::JsonLayoutHandler handler(*this);
-  rapidjson::InsituStringStream stream(text.data());
+  rapidjson::InsituStringStream stream(buffer.data() + (buffer.size() - utf8.size()));
   rapidjson::Reader reader;
   constexpr unsigned kFlags = rapidjson::kParseIterativeFlag | rapidjson::kParseInsituFlag |
                               rapidjson::kParseNumbersAsStringsFlag;
@@ -263,16 +269,22 @@ void JSONReader::readFragment(Fragment& f, JsonNodeRecord& r) {
 
 void JSONReader::readCommon(Node& node, JsonNodeRecord& r, NodeType kind) {
   if (r.has(Member::Id)) node.setId(std::move(r.id));
-  for (JsonAttribute& a : r.attributes) {
-    if (divertAttribute(node, kind, a)) continue;
-    std::u16string value;
-    if (a.isNumber) {
-      const std::string fixed = internal::fixed6Text(a.number);
-      value.assign(fixed.begin(), fixed.end());
-    } else {
-      value = std::move(a.text);
+  if (!r.attributes.empty()) {
+    Node::Attributes::Entries entries;
+    entries.reserve(r.attributes.size());
+    for (JsonAttribute& a : r.attributes) {
+      if (divertAttribute(node, kind, a)) continue;
+      std::u16string value;
+      if (a.isNumber) {
+        const std::string fixed = internal::fixed6Text(a.number);
+        value.assign(fixed.begin(), fixed.end());
+      } else {
+        value = std::move(a.text);
+      }
+      entries.emplace_back(AttributeKey(a.key16), std::move(value));
     }
-    node.attributes().insert_or_assign(std::move(a.key16), std::move(value));
+    // Handed over at once: an object with many members costs one sort, not an insertion each.
+    node.attributes().assign(std::move(entries));
   }
   if (r.hasAttributeBaseline) {
     if (isA<Fragment>(node)) static_cast<Fragment&>(node).setBaseline(r.attributeBaseline);

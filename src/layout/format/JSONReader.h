@@ -17,8 +17,9 @@ class Fragment;
 namespace qent::text::layout::format {
 
 // Reads with RapidJSON's iterative SAX parser: no tree of JSON values is built and no input
-// drives the stack. The input is checked for UTF-8 first and then parsed in place in one
-// copy of it, so reading needs the text twice over plus the tree. Node objects are dispatched on "type"; a name without a NodeType code
+// drives the stack. The input is checked for UTF-8 first and then parsed in place: in the
+// caller's buffer (readInPlace), or in one copy of the text (read). Node objects are
+// dispatched on "type"; a name without a NodeType code
 // (also "node", "fragment" and the box names other than "content_area") becomes a Content
 // node that keeps the name and its "text". Members of the wrong kind count as absent.
 // Attribute numbers become their "%Lf" text ("3" -> "3.000000"). The members the writer
@@ -46,6 +47,9 @@ public:
   ~JSONReader() override;
 
   std::unique_ptr<Layout> read(std::string_view utf8);
+  // The same, decoding the strings inside `utf8` itself, which is left changed: for a
+  // caller that reads a file only to parse it, this spares a copy of the whole text.
+  std::unique_ptr<Layout> readInPlace(std::string& utf8);
 
 private:
   std::unique_ptr<Node> build(internal::JsonNodeRecord& record) override;
