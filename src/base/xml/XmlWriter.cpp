@@ -122,6 +122,14 @@ void XmlWriter::endElement() {
   layout_ = kNewline | kIndent;
 }
 
+void XmlWriter::markup(std::string_view xml) {
+  if (open_.empty()) throw std::logic_error("XML markup outside an element");
+  closeStartTag();
+  beginLine();
+  put(xml);
+  layout_ = kNewline | kIndent;
+}
+
 void XmlWriter::finish() {
   if (!open_.empty()) {
     throw std::logic_error("XML document finished with <" + open_.back() + "> open at depth " +
