@@ -20,17 +20,14 @@ constexpr const char* kProbe = R"(<script>
 const lines = [];
 for (const col of document.querySelectorAll('.col')) {
   const walker = document.createTreeWalker(col, NodeFilter.SHOW_TEXT);
-  for (let n = walker.nextNode(); n; n = walker.nextNode()) {
-    const start = n.data.search(/\S/);
-    if (start < 0) continue;
-    const word = n.data.slice(start).split(/\s/)[0];
-    const range = document.createRange();
-    range.setStart(n, start);
-    range.setEnd(n, start + word.length);
-    const r = range.getBoundingClientRect();
-    lines.push([word, r.left, r.top, r.right, r.bottom].join(' '));
-    break;
-  }
+  let n = walker.nextNode();
+  while (n && !/\S/.test(n.data)) n = walker.nextNode();
+  const start = n.data.search(/\S/), word = n.data.slice(start).split(/\s/)[0];
+  const range = document.createRange();
+  range.setStart(n, start);
+  range.setEnd(n, start + word.length);
+  const r = range.getBoundingClientRect();
+  lines.push([word, r.left, r.top, r.right, r.bottom].join(' '));
 }
 const pre = document.createElement('pre');
 pre.id = 'geometry';
@@ -38,47 +35,29 @@ pre.textContent = lines.join('\n');
 document.body.appendChild(pre);
 </script>)";
 
-std::string findChromium() {
-#if defined(_WIN32)
-  return {};
-#else
-  if (const char* given = std::getenv("ORMIDA_CHROMIUM"); given != nullptr) return given;
-  const char* path = std::getenv("PATH");
-  std::istringstream folders(path == nullptr ? "" : path);
-  for (std::string folder; std::getline(folders, folder, ':');) {
-    for (const char* name : {"chromium", "chromium-browser"}) {
-      const std::filesystem::path candidate = std::filesystem::path(folder) / name;
-      if (std::filesystem::exists(candidate)) return candidate.string();
-    }
-  }
-  return {};
-#endif
-}
-
-struct Word {
-  std::string text;
-  double left = 0, top = 0, right = 0, bottom = 0;
-};
+struct Word { std::string text; double left = 0, top = 0, right = 0, bottom = 0; };
 
 TEST(HtmlRenderTest, ChromiumShowsTheColumnsSideBySideInReadingOrder) {
-  const std::string chromium = findChromium();
-  if (chromium.empty()) {
+#if defined(_WIN32)
+  GTEST_SKIP() << "Chromium is checked on Linux only";
+#else
+  if (std::system("command -v chromium >/dev/null 2>&1") != 0) {
     GTEST_SKIP() << "Chromium is not installed (Debian package chromium, which "
                     "tools/install-deps installs): the HTML was not rendered";
   }
-#if !defined(_WIN32)
-  const std::string input = qent::test::readAll(ORMIDA_SOURCE_DIR "/data/samples/two-columns.hocr");
+  const std::string input =
+      qent::test::readAll(ORMIDA_SOURCE_DIR "/data/samples/two-columns.hocr");
   std::string html = qent::text::layout::format::html::HtmlWriter().write(
       *qent::io::readDocument(input, "two-columns.hocr", {})->takeLayout());
   html.insert(html.rfind("</body>"), kProbe);
-  qent::test::TempDir dir;
+  const qent::test::TempDir dir;
   const auto page = dir.write("page.html", html);
   // A profile of its own, so that a browser already running is not asked to do it; the
   // time limit keeps a stuck browser from stopping the suite.
-  const std::string command = "timeout 60 '" + chromium +
-                              "' --headless --no-sandbox --disable-gpu --user-data-dir='" +
-                              (dir / "profile").string() + "' --window-size=1200,900 --dump-dom 'file://" +
-                              page.string() + "' 2>/dev/null";
+  const std::string command =
+      "timeout 60 chromium --headless --no-sandbox --disable-gpu --user-data-dir='" +
+      (dir / "profile").string() + "' --window-size=1200,900 --dump-dom 'file://" +
+      page.string() + "' 2>/dev/null";
   FILE* pipe = popen(command.c_str(), "r");
   ASSERT_NE(pipe, nullptr);
   std::string dom;
@@ -92,9 +71,7 @@ TEST(HtmlRenderTest, ChromiumShowsTheColumnsSideBySideInReadingOrder) {
   for (Word w; lines >> w.text >> w.left >> w.top >> w.right >> w.bottom;) columns.push_back(w);
   ASSERT_EQ(columns.size(), 3u) << dom.substr(start, 400);
   const Word &heading = columns[0], &left = columns[1], &right = columns[2];
-  EXPECT_EQ(heading.text, "Harbour");
-  EXPECT_EQ(left.text, "The");
-  EXPECT_EQ(right.text, "The");
+  EXPECT_EQ(heading.text + " " + left.text + " " + right.text, "Harbour The The");
   EXPECT_LE(heading.bottom, left.top) << "the heading stands above the columns";
   EXPECT_GT(right.left, left.right) << "the second column stands right of the first";
   EXPECT_NEAR(right.top, left.top, 2.0) << "both columns start on one level";
