@@ -19,7 +19,7 @@ inline constexpr PropertyHelp kProperties[] = {
     {"InputMemoryAddress", "string", "unset", "ADDRESS:SIZE items in decimal (for programs, not the shell)"},
     {"WorkSpace", "string", "empty", "directory that relative paths are resolved against"},
     {"OutputFilename", "string", "unset", "output file"},
-    {"OutputFilename.Format", "string", "HOCR", "formats joined by \";\": hocr, json, webanno, txtutf8 (html: not built yet)"},
+    {"OutputFilename.Format", "string", "HOCR", "formats joined by \";\": hocr, json, webanno, txtutf8, html"},
     {"Compare", "boolean", "false", "compare the main layout with a second layout"},
     {"Compare.With", "string", "unset", "document to compare with (else the second input)"},
     {"Compare.Level", "enum", "Word", "None, Glyph, Word, Line"},
