@@ -49,16 +49,14 @@ std::vector<PageSource> pagesOf(Node* root) {
   } else {
     items = itemsBelow(*root);
   }
-  bool loose = false;
   for (Node* item : items) {
-    loose = loose && !isA<Page>(*item);
     if (isA<Page>(*item)) {
       pages.push_back({static_cast<const Page*>(item), itemsBelow(*item)});
-    } else {
-      if (!loose) pages.emplace_back();
-      loose = true;
-      pages.back().items.push_back(item);
+      continue;
     }
+    // Items between pages form a page of their own.
+    if (pages.empty() || pages.back().page != nullptr) pages.emplace_back();
+    pages.back().items.push_back(item);
   }
   return pages;
 }
