@@ -126,7 +126,9 @@ void XmlWriter::markup(std::string_view xml) {
   if (open_.empty()) throw std::logic_error("XML markup outside an element");
   closeStartTag();
   beginLine();
-  put(xml);
+  // Handed on as it stands rather than copied through the buffer: it may be a whole body.
+  flush();
+  sink_.write(xml.data(), xml.size());
   layout_ = kNewline | kIndent;
 }
 

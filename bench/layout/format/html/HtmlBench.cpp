@@ -1,6 +1,7 @@
 // HtmlBench.cpp - writing a 300-page layout (about 120,000 words) as HTML: areas cut into
 // rows and columns on every page, words written as text.
 #include "layout/Layout.h"
+#include "layout/Node.h"
 #include "layout/format/html/HtmlWriter.h"
 #include "support/LayoutGenerator.h"
 

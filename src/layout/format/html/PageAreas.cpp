@@ -33,25 +33,25 @@ double median(std::vector<std::int64_t>& values) {
   return static_cast<double>(*middle);
 }
 
+// The median height of the lines with geometry; without such lines, of the words. Words
+// are visited only then: they are most of a page, and reading them costs most of the walk.
 double medianLineHeight(const std::vector<Node*>& items) {
-  std::vector<std::int64_t> lines;
-  std::vector<std::int64_t> words;
-  auto note = [&](const Node& node) {
-    XyCut::Bounds b;
-    if (isA<Line>(node) && boundsOf(node, b)) lines.push_back(b.height());
-    if (isA<Word>(node) && boundsOf(node, b)) words.push_back(b.height());
-  };
-  for (Node* item : items) {
-    note(*item);
-    walkBelow(
-        *item,
-        [&](Node& node, Node&) {
-          note(node);
-          return !isA<Word>(node);  // glyphs say nothing about line heights
-        },
-        [](Node&) {});
+  std::vector<std::int64_t> heights;
+  for (const bool words : {false, true}) {
+    auto note = [&](const Node& node) {
+      XyCut::Bounds b;
+      if ((words ? isA<Word>(node) : isA<Line>(node)) && boundsOf(node, b)) {
+        heights.push_back(b.height());
+      }
+      // Glyphs say nothing about line heights.
+      return words ? !isA<Word>(node) : !isA<Line>(node);
+    };
+    for (Node* item : items) {
+      if (note(*item)) walkBelow(*item, [&](Node& node, Node&) { return note(node); }, [](Node&) {});
+    }
+    if (!heights.empty()) break;
   }
-  return median(lines.empty() ? words : lines);
+  return median(heights);
 }
 
 std::int64_t overlap(std::int64_t start1, std::int64_t end1, std::int64_t start2,
