@@ -20,7 +20,7 @@ inline constexpr PropertyHelp kProperties[] = {
     {"WorkSpace", "string", "empty", "directory that relative paths are resolved against"},
     {"TolerantHocr", "boolean", "false", "read hOCR as engines write it: header/caption/float lines, ocrx_cinfo glyphs, classes on any element, no ids as text, HTML that is not XML"},
     {"OutputFilename", "string", "unset", "output file"},
-    {"OutputFilename.Format", "string", "HOCR", "formats joined by \";\": hocr, json, webanno, txtutf8 (html: not built yet)"},
+    {"OutputFilename.Format", "string", "HOCR", "formats joined by \";\": hocr, json, webanno, txtutf8, html"},
     {"WebAnnoOffsets", "string", "utf8", "utf8 (bytes) or utf16 (code units, as WebAnno and INCEpTION count)"},
     {"Compare", "boolean", "false", "compare the main layout with a second layout"},
     {"Compare.With", "string", "unset", "document to compare with (else the second input)"},

@@ -1,7 +1,6 @@
 // FormatTable.cpp - the formats, their content tests, readers and writers.
 #include "io/FormatTable.h"
 
-#include "base/QentException.h"
 #include "base/Unicode.h"
 #include "hocr/HocrWriter.h"
 #include "hocr/PugiHocrReader.h"
@@ -13,6 +12,7 @@
 #include "layout/format/PlainTextWriter.h"
 #include "layout/format/WebAnnoReader.h"
 #include "layout/format/WebAnnoWriter.h"
+#include "layout/format/html/HtmlWriter.h"
 
 #include <stdexcept>
 #include <string>
@@ -94,6 +94,9 @@ void writeWebAnno(const layout::Layout& layout, base::Sink& sink, const WriteOpt
                                                 : Writer::Offsets::Utf8Bytes)
                  .write(layout));
 }
+void writeHtml(const layout::Layout& layout, base::Sink& sink, const WriteOptions&) {
+  format::html::HtmlWriter().write(layout, sink);
+}
 void writePlainText(const layout::Layout& layout, base::Sink& sink, const WriteOptions&) {
   sink.write(base::utf16ToUtf8(format::PlainTextWriter().write(layout)));
 }
@@ -106,7 +109,7 @@ constexpr Format kFormats[] = {
     {layout::kFormatWebAnno, "webanno", "WebAnno TSV", "webAnno", isWebAnno, readWebAnno,
      writeWebAnno},
     {layout::kFormatNone, "txtutf8", "Plain text", "txt", nullptr, nullptr, writePlainText},
-    {layout::kFormatNone, "html", "HTML", "html", nullptr, nullptr, nullptr},
+    {layout::kFormatNone, "html", "HTML", "html", nullptr, nullptr, writeHtml},
 };
 
 }  // namespace
@@ -122,7 +125,7 @@ const Format* formatOfContent(std::string_view utf8) {
 
 const Format& formatNamed(std::string_view name) {
   for (const Format& format : kFormats) {
-    if (*format.name != '\0' && base::equalsIgnoreAsciiCase(name, format.name)) return format;
+    if (format.write != nullptr && base::equalsIgnoreAsciiCase(name, format.name)) return format;
   }
   throw std::runtime_error("unsupported output format specified");
 }
@@ -130,8 +133,7 @@ const Format& formatNamed(std::string_view name) {
 void writeLayout(const Format& format, const text::layout::Layout& layout, base::Sink& sink,
                  const WriteOptions& options) {
   if (format.write == nullptr) {
-    throw base::QentException(base::kErrorOption,
-                              std::string(format.title) + " output is not available in this build");
+    throw std::logic_error(std::string(format.title) + " has no writer");
   }
   format.write(layout, sink, options);
 }

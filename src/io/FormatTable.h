@@ -38,11 +38,10 @@ struct Format {
 // The format the text (UTF-8) is in, judged after its leading white space; null for plain
 // text.
 const Format* formatOfContent(std::string_view utf8);
-// The format named so in OutputFilename.Format; the runtime error "unsupported output format
-// specified" for any other name.
+// The format with a writer named so in OutputFilename.Format; the runtime error
+// "unsupported output format specified" for any other name.
 const Format& formatNamed(std::string_view name);
-// Writes the layout in the format; QentException 20020 "<title> output is not available in
-// this build" when the format has no writer yet.
+// Writes the layout in the format, which must have a writer (formatNamed gives only such).
 void writeLayout(const Format& format, const text::layout::Layout& layout, base::Sink& sink,
                  const WriteOptions& options = {});
 

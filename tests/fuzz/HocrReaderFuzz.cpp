@@ -1,13 +1,16 @@
 // HocrReaderFuzz.cpp - fuzz target of the hOCR reader in both dialects: any bytes give a
 // layout or one of the reader's documented exceptions; what the strict dialect reads the
 // writer writes as a document the reader takes back, and from then on writing and reading
-// change nothing.
+// change nothing. The HTML writer makes a well-formed document of whatever was read.
 #include "base/QentException.h"
 #include "hocr/HocrWriter.h"
 #include "hocr/PugiHocrReader.h"
 #include "layout/Layout.h"
 #include "layout/Node.h"
 #include "layout/format/PlainTextWriter.h"
+#include "layout/format/html/HtmlWriter.h"
+
+#include <pugixml.hpp>
 
 #include <cstddef>
 #include <cstdint>
@@ -46,6 +49,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     return 0;  // "stod argument out of range", ...
   }
   qent::text::layout::format::PlainTextWriter().write(*layout);
+  const std::string html = qent::text::layout::format::html::HtmlWriter().write(*layout);
+  if (!pugi::xml_document().load_buffer(html.data(), html.size())) {
+    std::fprintf(stderr, "the HTML is not well-formed:\n%s\n", html.c_str());
+    std::abort();
+  }
 
   // The first write may drop what hOCR cannot say; the document it gives must read back,
   // and the next round must reproduce it byte for byte.

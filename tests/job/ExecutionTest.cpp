@@ -115,8 +115,6 @@ TEST(ExecutionTest, BadInputFailsWithAClearErrorAndKeepsTheEarlierOutput) {
        "unsupported output format specified"},
       {"NoFormat", "OutputFilename.Format", ";", ORMIDA_FAILED,
        "unsupported output format specified"},
-      {"WriterNotBuilt", "OutputFilename.Format", "html", 20020,
-       "HTML output is not available in this build"},
       {"OperationNotBuilt", "EntityExtraction", "true", 20020,
        "Entity extraction (EntityExtraction) is not available in this build"},
       {"CompareWithoutASecondDocument", "Compare", "true", ORMIDA_FAILED,

@@ -9,6 +9,7 @@
 #include "layout/Layout.h"
 #include "layout/Node.h"
 #include "layout/format/PlainTextWriter.h"
+#include "layout/format/html/HtmlWriter.h"
 #include "support/JobApi.h"
 #include "support/TempDir.h"
 
@@ -49,7 +50,7 @@ std::vector<std::string> convert(const TempDir& dir, const std::string& input,
   return texts;
 }
 
-TEST(FormatConversionTest, HocrInputToHocrByDefaultAndToPlainText) {
+TEST(FormatConversionTest, HocrInputToHocrByDefaultToPlainTextAndToHtml) {
   TempDir dir;
   const std::string input = readAll(ORMIDA_SOURCE_DIR "/data/samples/hocr-letter-deu-tesseract.hocr");
   dir.write("page.hocr", input);
@@ -59,6 +60,8 @@ TEST(FormatConversionTest, HocrInputToHocrByDefaultAndToPlainText) {
   EXPECT_EQ(convert(dir, "page.hocr", "txtutf8"),
             std::vector<std::string>{qent::base::utf16ToUtf8(
                 qent::text::layout::format::PlainTextWriter().write(*layout))});
+  EXPECT_EQ(convert(dir, "page.hocr", "HTML"),
+            std::vector<std::string>{qent::text::layout::format::html::HtmlWriter().write(*layout)});
 }
 
 TEST(FormatConversionTest, CloudOcrAnswerToSeveralFormatsWithTheirExtensions) {

@@ -12,6 +12,7 @@
 #include "layout/format/JSONWriter.h"
 #include "layout/format/PlainTextWriter.h"
 #include "layout/format/WebAnnoWriter.h"
+#include "layout/format/html/HtmlWriter.h"
 #include "support/JobApi.h"
 #include "support/SmallStack.h"
 
@@ -100,7 +101,7 @@ void PrintTo(const DeepCase& c, std::ostream* out) { *out << c.name; }
 // What the small-stack thread found; checked on the test's own thread.
 struct Outcome {
   std::size_t depth = 0;
-  std::string json, jsonAgain, copyJson, pageJson, hocr, hocrAgain, webAnno;
+  std::string json, jsonAgain, copyJson, pageJson, hocr, hocrAgain, webAnno, html;
   std::u16string plainText, nodeText;
   std::size_t words = 0;
 };
@@ -130,6 +131,7 @@ TEST_P(SmallStackTest, ReadsWritesCopiesAndWalksTheDeepestDocument) {
     o.hocr = qent::text::hocr::HocrWriter().write(*layout);
     o.hocrAgain = qent::text::hocr::HocrWriter().write(*read(o.hocr));
     o.plainText = format::PlainTextWriter().write(*layout);
+    o.html = format::html::HtmlWriter().write(*layout);
     o.webAnno = format::WebAnnoWriter().write(*layout);
     o.nodeText = nodeText(root);
     DeepCopier copier;
@@ -148,6 +150,7 @@ TEST_P(SmallStackTest, ReadsWritesCopiesAndWalksTheDeepestDocument) {
   EXPECT_EQ(o.plainText, u"deep tree\n");
   EXPECT_NE(o.webAnno.find(kSentence), std::string::npos) << o.webAnno;
   EXPECT_EQ(o.nodeText, u"deeptree");
+  EXPECT_NE(o.html.find("deep tree"), std::string::npos) << o.html.size() << " bytes";
 }
 
 INSTANTIATE_TEST_SUITE_P(

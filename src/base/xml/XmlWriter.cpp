@@ -122,6 +122,16 @@ void XmlWriter::endElement() {
   layout_ = kNewline | kIndent;
 }
 
+void XmlWriter::markup(std::string_view xml) {
+  if (open_.empty()) throw std::logic_error("XML markup outside an element");
+  closeStartTag();
+  beginLine();
+  // Handed on as it stands rather than copied through the buffer: it may be a whole body.
+  flush();
+  sink_.write(xml.data(), xml.size());
+  layout_ = kNewline | kIndent;
+}
+
 void XmlWriter::finish() {
   if (!open_.empty()) {
     throw std::logic_error("XML document finished with <" + open_.back() + "> open at depth " +

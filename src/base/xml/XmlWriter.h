@@ -34,6 +34,10 @@ public:
   void attribute(std::string_view key, std::string_view value);
   void text(std::string_view text);
   void endElement();
+  // Markup written by another XmlWriter (its last end of line left out), as content of the
+  // open element, starting on a line of its own and written as it stands (not indented
+  // further): for a part that is complete only after what must precede it.
+  void markup(std::string_view xml);
   // Ends the last line and hands the rest of the buffer to the sink; every element must be
   // closed.
   void finish();
