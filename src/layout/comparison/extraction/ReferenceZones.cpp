@@ -67,7 +67,6 @@ std::vector<Zone> referenceZones(Node& page, CompareLevel level) {
       areas[open.back()].own.add(node);
     }
   };
-  take(page);
   walkBelow(
       page,
       [&](Node& node, Node&) {
