@@ -174,8 +174,10 @@ PageResult extractPage(const ExtractionOptions& options, Node* mainPage, Node* r
   }
   if (referencePage == nullptr) return unpairedMainPage(options, mainNodes);
 
-  const AlignmentTransform transform =
-      alignFrames(options.alignment, mainFrame, pageFrame(*referencePage));
+  PageFrame referenceFrame;
+  std::vector<Zone> zones = referenceZones(*referencePage, options.level, referenceFrame.content);
+  setPageSize(referenceFrame, *referencePage);
+  const AlignmentTransform transform = alignFrames(options.alignment, mainFrame, referenceFrame);
   std::vector<MatchRect> mainRects;
   mainRects.reserve(mainNodes.size());
   for (const Node* node : mainNodes) {
@@ -186,8 +188,7 @@ PageResult extractPage(const ExtractionOptions& options, Node* mainPage, Node* r
     }
     mainRects.push_back(transform.map(rect));
   }
-  PagePair pair(options, std::move(mainNodes), std::move(mainRects),
-                referenceZones(*referencePage, options.level));
+  PagePair pair(options, std::move(mainNodes), std::move(mainRects), std::move(zones));
   pair.assign();
   return pair.score();
 }

@@ -53,7 +53,7 @@ std::u16string levelText(const Node& node) {
   return nodeText(node);
 }
 
-std::vector<Zone> referenceZones(Node& page, CompareLevel level) {
+std::vector<Zone> referenceZones(Node& page, CompareLevel level, ContentBox& content) {
   std::vector<Area> areas;
   std::vector<std::size_t> open;  // the areas on the walk's path, innermost last
   LevelGroup loose;               // level nodes outside every area
@@ -70,6 +70,7 @@ std::vector<Zone> referenceZones(Node& page, CompareLevel level) {
   walkBelow(
       page,
       [&](Node& node, Node&) {
+        if (isA<Fragment>(node)) content.extend(static_cast<const Fragment&>(node).rect());
         if (isArea(node)) {
           open.push_back(areas.size());
           areas.push_back({&node, {}});

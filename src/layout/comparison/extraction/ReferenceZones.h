@@ -11,6 +11,7 @@
 #pragma once
 
 #include "layout/Rect.h"
+#include "layout/comparison/Alignment.h"
 #include "layout/comparison/CompareEnums.h"
 
 #include <string>
@@ -28,8 +29,9 @@ struct Zone {
   std::u16string text;  // never empty
 };
 
-// In document order of the zones' nodes.
-std::vector<Zone> referenceZones(Node& page, CompareLevel level);
+// In document order of the zones' nodes. The same walk extends `content` by every
+// fragment's rectangle, which the alignment needs (as contentBox does).
+std::vector<Zone> referenceZones(Node& page, CompareLevel level, ContentBox& content);
 
 // The text the comparison sees for a node of the compared level: the texts of the
 // fragments of its subtree, itself included, then those of its contents.
