@@ -11,9 +11,11 @@
 #include "layout/comparison/extraction/ReadingOrder.h"
 #include "layout/comparison/extraction/ReferenceZones.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <optional>
+#include <vector>
 
 namespace qent::text::layout::comparison::extraction {
 
