@@ -30,7 +30,15 @@ inline constexpr PropertyHelp kProperties[] = {
     {"Compare.PartialSegmentationErrors", "boolean", "true", "count partial segmentation errors"},
     {"Compare.TransformStrategy", "enum", "Corner", "None, Corner, Center"},
     {"Compare.OutputFilename", "string", "unset", "file that receives the comparison result JSON"},
-    {"ExtractFromLayout", "boolean", "false", "compare extracted pages with a reference (CompareErrorRate) [not built yet: fails with 20020]"},
+    {"ExtractFromLayout", "boolean", "false", "measure the main layout inside the zones of a reference, page by page (CompareErrorRate)"},
+    {"ExtractFromLayout.With", "string", "unset", "the reference whose areas are the zones (else the second input)"},
+    {"ExtractFromLayout.Level", "enum", "Line", "None, Glyph, Word, Line: the nodes assigned to zones"},
+    {"ExtractFromLayout.PageOffset", "integer", "0", "main page i is measured against reference page i + offset"},
+    {"ExtractFromLayout.EditDistance", "boolean", "true", "count character errors (else each zone right or wrong)"},
+    {"ExtractFromLayout.PartialSegmentationErrors", "boolean", "true", "count a node mostly outside its zone, its characters outside as errors"},
+    {"ExtractFromLayout.RemoveMatchingBoxes", "boolean", "true", "a node feeds only the zone holding most of it"},
+    {"ExtractFromLayout.TransformStrategy", "enum", "Corner", "None, Corner, Center"},
+    {"ExtractFromLayout.OutputFilename", "string", "unset", "file that receives the zone-by-zone JSON"},
     {"CheckMask", "boolean", "false", "evaluate region templates (CheckMask.Regions) [not built yet: fails with 20020]"},
     {"EntityExtraction", "boolean", "false", "extract sensitive entities [not built yet: fails with 20020]"},
     {"WordRecognizer", "boolean", "false", "judge text quality with dictionaries (WordRecognizer.Result)"},
@@ -45,6 +53,7 @@ inline constexpr PropertyHelp kProperties[] = {
 };
 
 // Results that --get can print; the others belong to operations not built yet.
-inline constexpr const char* kResults[] = {"Compare.Result", "WordRecognizer.Result", "TransformLayout"};
+inline constexpr const char* kResults[] = {"Compare.Result", "CompareErrorRate", "WordRecognizer.Result",
+                                           "TransformLayout"};
 
 }  // namespace ormida::cli

@@ -4,6 +4,7 @@
 #include "ormida/ormida.h"
 
 #include "CompareSummary.h"
+#include "ExtractionSummary.h"
 #include "PropertyHelp.h"
 
 #include <CLI/CLI.hpp>
@@ -15,6 +16,7 @@
 #include <iomanip>
 #include <iostream>
 #include <iterator>
+#include <optional>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -57,7 +59,8 @@ std::string helpFooter() {
   for (const char* name : ormida::cli::kResults) out << ' ' << name;
   out << "\n\nExamples:\n"
          "  ormida InputFilename=page.json OutputFilename=page.txt OutputFilename.Format=txtutf8\n"
-         "  ormida InputFilename=ocr.json Compare=true Compare.With=truth.json --get Compare.Result\n";
+         "  ormida InputFilename=ocr.json Compare=true Compare.With=truth.json --get Compare.Result\n"
+         "  ormida InputFilename=ocr.json ExtractFromLayout=true ExtractFromLayout.With=form.json --summary\n";
   return out.str();
 }
 
@@ -107,9 +110,9 @@ bool writesTrace(const std::vector<std::string>& assignments) {
   return false;
 }
 
-// The comparison summary of --summary, then where the full result went.
-int printCompareSummary(OrmidaJobHandle job, const std::vector<std::string>& assignments) {
-  const OrmidaString name = toOrmida("Compare.Result");
+// The text of a result property, or nothing when the job holds no such result.
+std::optional<std::string> resultText(OrmidaJobHandle job, const char* utf8Name) {
+  const OrmidaString name = toOrmida(utf8Name);
   size_t size = 0;
   OrmidaString value;
   uint32_t got = OrmidaJobGetProperty(job, name.c_str(), nullptr, &size);
@@ -118,27 +121,54 @@ int printCompareSummary(OrmidaJobHandle job, const std::vector<std::string>& ass
     got = OrmidaJobGetProperty(job, name.c_str(), value.data(), &size);
     value.resize(size - 1);
   }
-  if (got != ORMIDA_OK) {
-    std::cerr << "ormida: --summary: no comparison result (set Compare=true)\n";
-    return 1;
-  }
-  std::cout << ormida::cli::compareSummary(fromOrmida(value));
-  // The library resolves a relative output name against WorkSpace; say where that is.
+  if (got != ORMIDA_OK) return std::nullopt;
+  return fromOrmida(value);
+}
+
+// The value last given to a property on the command line, resolved against WorkSpace as the
+// library resolves it; empty when it was not set.
+std::string outputPath(const std::vector<std::string>& assignments, const std::string& property) {
+  const std::string prefix = property + "=";
   std::string workSpace, output;
   for (const std::string& assignment : assignments) {
     if (assignment.rfind("WorkSpace=", 0) == 0) workSpace = assignment.substr(10);
-    if (assignment.rfind("Compare.OutputFilename=", 0) == 0) output = assignment.substr(23);
+    if (assignment.rfind(prefix, 0) == 0) output = assignment.substr(prefix.size());
   }
-  if (!output.empty()) {
-    const bool absolute = output[0] == '/' || output[0] == '\\' ||
-                          (output.size() > 1 && output[1] == ':');
-    if (!absolute && !workSpace.empty()) {
-      const char last = workSpace.back();
-      output = workSpace + (last == '/' || last == '\\' ? "" : "/") + output;
+  const bool absolute = !output.empty() && (output[0] == '/' || output[0] == '\\' ||
+                                            (output.size() > 1 && output[1] == ':'));
+  if (output.empty() || absolute || workSpace.empty()) return output;
+  const char last = workSpace.back();
+  return workSpace + (last == '/' || last == '\\' ? "" : "/") + output;
+}
+
+// The summaries of --summary (the comparison's, the extraction comparison's, or both), each
+// followed by where its full result went.
+int printSummaries(OrmidaJobHandle job, const std::vector<std::string>& assignments) {
+  const std::optional<std::string> compare = resultText(job, "Compare.Result");
+  const std::optional<std::string> extraction = resultText(job, "CompareErrorRate");
+  if (!compare && !extraction) {
+    std::cerr << "ormida: --summary: no comparison result (set Compare=true or "
+                 "ExtractFromLayout=true)\n";
+    return 1;
+  }
+  if (compare) {
+    std::cout << ormida::cli::compareSummary(*compare);
+    const std::string output = outputPath(assignments, "Compare.OutputFilename");
+    if (!output.empty()) {
+      std::cout << "\nFull result: " << output << "\n";
+    } else {
+      std::cout << "\nFull result: --get Compare.Result, or set Compare.OutputFilename\n";
     }
-    std::cout << "\nFull result: " << output << "\n";
-  } else {
-    std::cout << "\nFull result: --get Compare.Result, or set Compare.OutputFilename\n";
+  }
+  if (extraction) {
+    if (compare) std::cout << "\n";
+    std::cout << ormida::cli::extractionSummary(*extraction);
+    const std::string output = outputPath(assignments, "ExtractFromLayout.OutputFilename");
+    if (!output.empty()) {
+      std::cout << "\nZone by zone: " << output << "\n";
+    } else {
+      std::cout << "\nZone by zone: set ExtractFromLayout.OutputFilename\n";
+    }
   }
   return 0;
 }
@@ -158,7 +188,8 @@ int run(int argc, char** argv) {
       ->type_name("NAME");
   app.add_flag("--version", version, "print the version text");
   app.add_flag("--summary", summary,
-               "after executing, print a summary of the comparison result (with Compare=true)");
+               "after executing, print a summary of the comparison results (with Compare=true "
+               "or ExtractFromLayout=true)");
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& e) {
@@ -235,7 +266,7 @@ int run(int argc, char** argv) {
     }
     std::cout << fromOrmida(value) << "\n";
   }
-  if (summary) return printCompareSummary(job.get(), assignments);
+  if (summary) return printSummaries(job.get(), assignments);
   return 0;
 }
 

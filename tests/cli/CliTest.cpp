@@ -42,7 +42,7 @@ TEST(CliTest, FailuresGoToStandardErrorWithAStatus) {
       {"InputFilename=missing.json", 1, "(code 9)"},
       {"InputFilename=x.json --get Compare.Result", 1, "ormida: no result Compare.Result\n"},
       {"InputFilename=x.json --summary", 1,
-       "ormida: --summary: no comparison result (set Compare=true)\n"},
+       "ormida: --summary: no comparison result (set Compare=true or ExtractFromLayout=true)\n"},
       {"Nonsense=1", 2, "unknown property Nonsense"},
       {"novalue", 2, ""}, {"WorkSpace=@missing-file", 2, ""}, {"", 2, ""}};
   for (const auto& [arguments, status, error] : cases) {
@@ -77,6 +77,28 @@ TEST(CliTest, GetPrintsTheResultAndSummaryTheRatesErrorsAndF1PerPage) {
             "\n"
             "Full result: ./result.json\n");
   EXPECT_EQ(readAll(dir / "result.json"), readAll(kData + "pages-word.result.json"));
+}
+
+TEST(CliTest, SummaryShowsTheExtractionFiguresPerPage) {
+  TempDir dir;
+  dir.write("ocr.json", readAll(ORMIDA_TEST_DATA_DIR "/extraction/form.ocr.json"));
+  dir.write("form.json", readAll(ORMIDA_TEST_DATA_DIR "/extraction/form.reference.json"));
+  const CliRun run = runCli("InputFilename=ocr.json ExtractFromLayout=true "
+                            "ExtractFromLayout.With=form.json ExtractFromLayout.PageOffset=-1 "
+                            "--summary",
+                            dir);
+  ASSERT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(run.out,
+            "Extraction comparison: error rate inside the reference zones\n"
+            "  document     25.83 %\n"
+            "  worst page  100.00 %\n"
+            "\n"
+            "  page  error rate\n"
+            "     1   100.00 %\n"
+            "     2    28.75 %\n"
+            "     3     3.03 %\n"
+            "\n"
+            "Zone by zone: set ExtractFromLayout.OutputFilename\n");
 }
 
 }  // namespace

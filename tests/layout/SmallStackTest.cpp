@@ -1,5 +1,5 @@
 // SmallStackTest.cpp - the deepest documents the readers accept go through every reader,
-// writer, copier and walk, and through a comparison, on a thread with a small stack.
+// writer, copier and walk, and through both comparisons, on a thread with a small stack.
 #include "hocr/GumboMarkup.h"
 #include "hocr/HocrWriter.h"
 #include "io/DocumentReader.h"
@@ -171,15 +171,18 @@ TEST(SmallStackJobTest, ComparesTheDeepestDocuments) {
            std::to_string(bytes.size());
   };
   std::uint32_t code = 0;
-  std::string result;
+  std::string result, extraction;
   qent::test::runWithStack(kStack, [&] {
     qent::test::Job job;
     job.set("InputMemoryAddress", address(left) + ";" + address(right));
     job.set("Compare", "true");
+    job.set("ExtractFromLayout", "true");
     code = job.execute();
     result = code == ORMIDA_OK ? job.get("Compare.Result").second : job.errorText();
+    extraction = job.get("CompareErrorRate").second;
   });
   ASSERT_EQ(code, ORMIDA_OK) << result;
+  EXPECT_EQ(extraction, R"({"errorRate":0.0,"maxErrorRate":0.0,"pageErrorRates":[0.0]})");
   EXPECT_NE(result.find(R"("edits":0,"f1_measure":1.0,"good":8,)"), std::string::npos)
       << result.substr(0, 400);
 }

@@ -1,12 +1,14 @@
 // ExtractionComparisonStep.cpp - the main layout measured inside the zones of a reference.
+#include "base/Unicode.h"
 #include "job/JobExecution.h"
 #include "job/OrmidaJob.h"
 #include "job/PropertyStore.h"
 #include "job/PropertyValues.h"
 #include "job/property_table.h"
 #include "job/steps/JobSteps.h"
-#include "job/steps/NotBuiltYet.h"
 #include "layout/comparison/ExtractionOptions.h"
+#include "layout/comparison/extraction/ExtractionComparison.h"
+#include "layout/comparison/extraction/ExtractionResultWriter.h"
 
 #include <stdexcept>
 
@@ -15,10 +17,13 @@ namespace qent::job::steps {
 namespace {
 
 namespace comparison = text::layout::comparison;
+namespace extraction = text::layout::comparison::extraction;
+using text::layout::format::Document;
 
 struct StepOptions {
   comparison::ExtractionOptions extraction;
   std::u16string with;
+  std::u16string outputFilename;
 };
 
 StepOptions readOptions(const PropertyStore& properties) {
@@ -33,6 +38,7 @@ StepOptions readOptions(const PropertyStore& properties) {
       case kRemoveMatchingBoxes: extraction.removeMatchingBoxes = toBoolean(value); break;
       case kTransformStrategy: extraction.alignment = comparison::alignmentFromName(value); break;
       case kWith: options.with = value; break;
+      case kOutputFilename: options.outputFilename = value; break;
       default: break;
     }
   }
@@ -43,11 +49,27 @@ StepOptions readOptions(const PropertyStore& properties) {
 
 void extractionComparison(JobExecution& execution) {
   const StepOptions options = readOptions(execution.properties());
+  OrmidaJob& job = execution.job();
   auto reference = execution.loadOptional(options.with);
-  if (!reference && execution.job().documents().size() < 2) {
+  if (!reference && job.documents().size() < 2) {
     throw std::runtime_error("Source document is not loaded");
   }
-  requireBuilt(kExtractFromLayout);
+  const Document& main = *job.documents().front();
+  const Document& source = reference ? *reference : *job.documents()[1];
+  for (const Document* document : {&main, &source}) {
+    if (document->layout() == nullptr) {
+      throw std::runtime_error("Extraction comparison needs two layouts; " + document->name() +
+                               " is plain text");
+    }
+  }
+  const extraction::ExtractionResult result =
+      extraction::compareExtraction(options.extraction, *main.layout(), *source.layout());
+  // The figures are stored before the details are written, so a file that cannot be
+  // written still leaves them readable.
+  job.setResult(kCompareErrorRate, base::utf8ToUtf16(extraction::writeErrorRates(result)));
+  if (!options.outputFilename.empty()) {
+    execution.writeResultFile(options.outputFilename, extraction::writeExtractionDetails(result));
+  }
 }
 
 }  // namespace qent::job::steps

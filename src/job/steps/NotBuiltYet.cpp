@@ -17,7 +17,6 @@ struct Unbuilt {
 };
 constexpr Unbuilt kNotBuiltYet[] = {
     {kEntityExtraction, "Entity extraction (EntityExtraction)"},
-    {kExtractFromLayout, "Extraction comparison (ExtractFromLayout)"},
     {kCheckMask, "Region template evaluation (CheckMask)"},
     {kBestOfLayout, "Best-Of merge (BestOfLayout)"},
     {kAddressRecognition, "Address recognition (AddressRecognition)"},

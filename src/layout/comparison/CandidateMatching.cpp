@@ -172,4 +172,9 @@ CandidateLists findCandidates(std::span<const MatchRect> left, std::span<const M
   return lists;
 }
 
+std::vector<std::uint64_t> overlappingPairs(std::span<const MatchRect> left,
+                                            std::span<const MatchRect> right) {
+  return intersectingPairs(left, right);
+}
+
 }  // namespace qent::text::layout::comparison

@@ -44,4 +44,10 @@ double overlapRatio(const MatchRect& a, const MatchRect& b);
 
 CandidateLists findCandidates(std::span<const MatchRect> left, std::span<const MatchRect> right);
 
+// Every pair of a left and a right rectangle that share a positive area, found by the same
+// sweep, as (left index << 32 | right index), sorted: by left index, then by right index.
+// For callers that weigh overlaps by a measure of their own.
+std::vector<std::uint64_t> overlappingPairs(std::span<const MatchRect> left,
+                                            std::span<const MatchRect> right);
+
 }  // namespace qent::text::layout::comparison
