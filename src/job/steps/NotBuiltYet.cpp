@@ -16,9 +16,7 @@ struct Unbuilt {
   const char* name;
 };
 constexpr Unbuilt kNotBuiltYet[] = {
-    {kEntityExtraction, "Entity extraction (EntityExtraction)"},
     {kExtractFromLayout, "Extraction comparison (ExtractFromLayout)"},
-    {kCheckMask, "Region template evaluation (CheckMask)"},
     {kBestOfLayout, "Best-Of merge (BestOfLayout)"},
     {kAddressRecognition, "Address recognition (AddressRecognition)"},
 };
