@@ -175,7 +175,9 @@ TEST(EntityExtractionJobTest, GoldenWebAnnoOfTheSampleLetter) {
   qent::test::TempDir dir;
   qent::test::Job job;
   job.set("WorkSpace", dir.path().string());
-  job.set("InputFilename", (kEntities.parent_path() / "samples" / "letter-entities.json").string());
+  // Copied, so the job reads a path of its own workspace on every platform.
+  dir.write("letter.json", qent::test::readAll(kEntities.parent_path() / "samples" / "letter-entities.json"));
+  job.set("InputFilename", "letter.json");
   job.set("EntityExtraction", "true");
   job.set("EntityExtraction.OutputFilename", "entities.json");
   job.set("OutputFilename", "letter.webanno");
