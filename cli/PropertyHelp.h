@@ -39,8 +39,13 @@ inline constexpr PropertyHelp kProperties[] = {
     {"ExtractFromLayout.RemoveMatchingBoxes", "boolean", "true", "a node feeds only the zone holding most of it"},
     {"ExtractFromLayout.TransformStrategy", "enum", "Corner", "None, Corner, Center"},
     {"ExtractFromLayout.OutputFilename", "string", "unset", "file that receives the zone-by-zone JSON"},
-    {"CheckMask", "boolean", "false", "evaluate region templates (CheckMask.Regions) [not built yet: fails with 20020]"},
-    {"EntityExtraction", "boolean", "false", "extract sensitive entities [not built yet: fails with 20020]"},
+    {"CheckMask", "boolean", "false", "evaluate region templates on the main layout (CheckMask.Result)"},
+    {"CheckMask.Regions", "string", "empty", "the region template JSON (=@file reads it from a file)"},
+    {"CheckMask.OverlapThreshold", "double", "0", "share of a word's area inside a region (0: any overlap)"},
+    {"CheckMask.OutputFilename", "string", "unset", "file that receives the region result JSON"},
+    {"EntityExtraction", "boolean", "false", "find and mark sensitive entities (EntityExtraction.Result)"},
+    {"EntityExtraction.Configuration", "string", "data/entities/default.json", "entity configuration file"},
+    {"EntityExtraction.OutputFilename", "string", "unset", "file that receives the entities JSON"},
     {"WordRecognizer", "boolean", "false", "judge text quality with dictionaries (WordRecognizer.Result)"},
     {"WordRecognizer.DictionaryWorkSpace", "string", "unset", "folder of the Hunspell dictionaries (else WorkSpace, data, /usr/share/hunspell)"},
     {"WordRecognizer.Options", "string", "empty", "ALL, FormatCsv, FormatJSON, Language=<code>, DigramTable=<file>, NoMarkWords, NoDehyphenate"},
@@ -54,6 +59,7 @@ inline constexpr PropertyHelp kProperties[] = {
 
 // Results that --get can print; the others belong to operations not built yet.
 inline constexpr const char* kResults[] = {"Compare.Result", "CompareErrorRate", "WordRecognizer.Result",
+                                           "CheckMask.Result", "EntityExtraction.Result",
                                            "TransformLayout"};
 
 }  // namespace ormida::cli

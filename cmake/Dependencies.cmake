@@ -1,5 +1,5 @@
 # Finds the Debian packages the library is built on. The Windows cross build points
-# ORMIDA_DEPS_PREFIX at its own static builds of pugixml and Hunspell instead.
+# ORMIDA_DEPS_PREFIX at its own static builds of pugixml, Hunspell and RE2 instead.
 find_package(Threads REQUIRED)
 
 find_package(pugixml CONFIG REQUIRED)
@@ -38,3 +38,11 @@ elseif(WIN32)
 else()
   message(FATAL_ERROR "gumbo not found: install libgumbo-dev (tools/install-deps)")
 endif()
+
+# RE2 for the entity patterns: it matches in time linear in the text, so no configuration
+# a caller writes can make the library hang.
+find_path(RE2_INCLUDE_DIR re2/re2.h REQUIRED)
+find_library(RE2_LIBRARY NAMES re2 REQUIRED)
+add_library(ormida_re2 INTERFACE)
+target_include_directories(ormida_re2 SYSTEM INTERFACE ${RE2_INCLUDE_DIR})
+target_link_libraries(ormida_re2 INTERFACE ${RE2_LIBRARY} Threads::Threads)

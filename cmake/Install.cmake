@@ -23,9 +23,12 @@ install(TARGETS Ormida64 EXPORT OrmidaTargets
 install(TARGETS ormida RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime)
 install(FILES ${PROJECT_SOURCE_DIR}/include/ormida/ormida.h
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/ormida COMPONENT development)
-# The word recognizer's stop words and digram tables, found from the library's own path.
+# The word recognizer's stop words and digram tables, and the default entity configuration
+# with its word list, found from the library's own path.
 file(GLOB ORMIDA_DATA_FILES ${PROJECT_SOURCE_DIR}/data/*.stop ${PROJECT_SOURCE_DIR}/data/*.digram)
 install(FILES ${ORMIDA_DATA_FILES} DESTINATION ${CMAKE_INSTALL_DATADIR}/ormida COMPONENT runtime)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/data/entities
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/ormida COMPONENT runtime)
 if(WIN32)
   # The export list (MSVC's lib tool makes an import library from it) and the DLL's symbols.
   install(FILES ${PROJECT_BINARY_DIR}/Ormida64.def

@@ -16,8 +16,6 @@ struct Unbuilt {
   const char* name;
 };
 constexpr Unbuilt kNotBuiltYet[] = {
-    {kEntityExtraction, "Entity extraction (EntityExtraction)"},
-    {kCheckMask, "Region template evaluation (CheckMask)"},
     {kBestOfLayout, "Best-Of merge (BestOfLayout)"},
     {kAddressRecognition, "Address recognition (AddressRecognition)"},
 };
