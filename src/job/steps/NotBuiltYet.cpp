@@ -19,7 +19,6 @@ constexpr Unbuilt kNotBuiltYet[] = {
     {kEntityExtraction, "Entity extraction (EntityExtraction)"},
     {kExtractFromLayout, "Extraction comparison (ExtractFromLayout)"},
     {kCheckMask, "Region template evaluation (CheckMask)"},
-    {kBestOfLayout, "Best-Of merge (BestOfLayout)"},
     {kAddressRecognition, "Address recognition (AddressRecognition)"},
 };
 
