@@ -1,6 +1,7 @@
 // BestOfMergeTest.cpp - the merge against its inputs on generated recognitions with
 // independent errors, measured by the library's own comparison; and the vote threshold.
 #include "bestof/BestOfMerge.h"
+#include "bestof/WordClusters.h"
 
 #include "layout/Layout.h"
 #include "layout/Nodes.h"
@@ -128,6 +129,18 @@ TEST(BestOfMergeTest, HalvesTheErrorRateOfTheBestInput) {
     EXPECT_GT(best, 0.05) << "seed " << seed << ": the inputs must be noisy";
     EXPECT_LT(mergedRate, best / 2) << "seed " << seed << ": best input " << best;
   }
+}
+
+// A word split by one engine joins with its larger half only; the word beside it stays apart.
+TEST(BestOfMergeTest, ClustersTakeOneWordPerInput) {
+  using qent::bestof::Candidate;
+  const std::vector<Candidate> words{{0, {0, 0, 100, 30}, u"hello", 1},
+                                     {1, {0, 0, 58, 30}, u"hell", 1},
+                                     {1, {62, 0, 100, 30}, u"o", 1},
+                                     {0, {100, 0, 160, 30}, u"you", 1}};
+  const qent::bestof::RasterGeometry raster{1000, 1000, 100, 100, 0.9, 0.7};
+  const std::vector<std::vector<std::uint32_t>> want{{0, 1}, {2}, {3}};
+  EXPECT_EQ(qent::bestof::clusterWords(words, raster, 0.2), want);
 }
 
 // Two of three for the default 0.7, never none, never more than there are.
