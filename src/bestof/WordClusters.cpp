@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cmath>
 #include <numeric>
+#include <stdexcept>
+#include <string>
 #include <tuple>
 
 namespace qent::bestof {
@@ -19,8 +21,9 @@ struct CellSpan {
 };
 
 std::int64_t cellOf(double position, double cellSize, std::int32_t cells) {
+  // Clamped before the conversion: a word far off the page must not overflow it.
   const double cell = std::floor(position / cellSize);
-  return std::clamp<std::int64_t>(static_cast<std::int64_t>(cell), 0, cells - 1);
+  return static_cast<std::int64_t>(std::clamp(cell, 0.0, static_cast<double>(cells - 1)));
 }
 
 CellSpan cellsOf(const MatchRect& rect, const RasterGeometry& raster) {
@@ -92,9 +95,18 @@ std::vector<std::vector<std::uint32_t>> clusterWords(std::span<const Candidate> 
   // Sweep: `active` holds the words whose cell rows reach the current word's top row.
   std::vector<Edge> edges;
   std::vector<std::uint32_t> active;
+  // Text rows hold tens of words; thousands of words stacked on one spot are no page, and
+  // comparing each with all the others would take hours.
+  const std::uint64_t budget = 1000 * std::uint64_t{words.size()} + 1'000'000;
+  std::uint64_t tests = 0;
   for (const std::uint32_t i : order) {
     const CellSpan& c = cells[i];
     std::erase_if(active, [&](std::uint32_t j) { return cells[j].bottom < c.top; });
+    tests += active.size();
+    if (tests > budget) {
+      throw std::runtime_error("Best-Of merge: " + std::to_string(words.size()) +
+                               " words on one page overlap too much to be told apart");
+    }
     for (const std::uint32_t j : active) {
       const CellSpan& d = cells[j];
       if (words[i].input == words[j].input || d.right < c.left || c.right < d.left) continue;

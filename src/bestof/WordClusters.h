@@ -8,7 +8,8 @@
 // then joined best overlap first, as long as a cluster holds at most one word of each input:
 // a word split in two by one engine joins with its larger half, and the other half stays
 // alone. Only words that share raster rows are ever compared (a sweep from top to bottom),
-// so the cost is O(W log W + W k) for W words and k words per row of text.
+// so the cost is O(W log W + W k) for W words and k words per row of text. A page whose words
+// pile up so that k exceeds a thousand is refused with std::runtime_error instead.
 #pragma once
 
 #include "bestof/Candidate.h"
