@@ -16,6 +16,29 @@ struct OpenLine {
   std::int64_t top, bottom, right;
 };
 
+double overlapOf(const OpenLine& line, const MatchRect& word) {
+  return static_cast<double>(std::min(line.bottom, word.bottom) - std::max(line.top, word.top));
+}
+
+bool joins(const OpenLine& line, const MatchRect& word, const LineRules& rules) {
+  const double lineHeight = static_cast<double>(line.bottom - line.top);
+  const double wordHeight = static_cast<double>(word.height());
+  const double smaller = std::min(lineHeight, wordHeight);
+  const double larger = std::max(lineHeight, wordHeight);
+  if (smaller <= 0 || overlapOf(line, word) < rules.verticalOverlapMin * smaller) return false;
+  if (larger - smaller <= rules.maxHeightDeviation * larger) return true;
+  // A word without ascenders ("a", "on", a comma) is shorter than its line, and a line begun
+  // by one is shorter than the words after it: one inside the other's band still joins.
+  const double slack = rules.maxHeightDeviation * larger;
+  const auto inside = [&](std::int64_t top, std::int64_t bottom, std::int64_t outerTop,
+                          std::int64_t outerBottom) {
+    return static_cast<double>(outerTop - top) <= slack &&
+           static_cast<double>(bottom - outerBottom) <= slack;
+  };
+  return inside(word.top, word.bottom, line.top, line.bottom) ||
+         inside(line.top, line.bottom, word.top, word.bottom);
+}
+
 }  // namespace
 
 std::vector<std::vector<std::uint32_t>> buildLines(std::span<const MatchRect> words,
@@ -40,15 +63,8 @@ std::vector<std::vector<std::uint32_t>> buildLines(std::span<const MatchRect> wo
     OpenLine* best = nullptr;
     double bestOverlap = 0;
     for (OpenLine& line : open) {
-      const double lineHeight = static_cast<double>(line.bottom - line.top);
-      const double wordHeight = static_cast<double>(word.height());
-      const double overlap = static_cast<double>(std::min(line.bottom, word.bottom) -
-                                                 std::max(line.top, word.top));
-      const double smaller = std::min(lineHeight, wordHeight);
-      if (smaller <= 0 || overlap < rules.verticalOverlapMin * smaller) continue;
-      if (std::fabs(wordHeight - lineHeight) > rules.maxHeightDeviation * lineHeight) continue;
-      if (overlap > bestOverlap) {
-        bestOverlap = overlap;
+      if (joins(line, word, rules) && overlapOf(line, word) > bestOverlap) {
+        bestOverlap = overlapOf(line, word);
         best = &line;
       }
     }
@@ -57,6 +73,8 @@ std::vector<std::vector<std::uint32_t>> buildLines(std::span<const MatchRect> wo
       lines.push_back({i});
     } else {
       best->right = std::max(best->right, word.right);
+      best->top = std::min(best->top, word.top);
+      best->bottom = std::max(best->bottom, word.bottom);
       lines[best->index].push_back(i);
     }
   }

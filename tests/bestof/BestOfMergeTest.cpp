@@ -1,6 +1,7 @@
 // BestOfMergeTest.cpp - the merge against its inputs on generated recognitions with
 // independent errors, measured by the library's own comparison; and the vote threshold.
 #include "bestof/BestOfMerge.h"
+#include "bestof/LineBuilder.h"
 #include "bestof/WordClusters.h"
 
 #include "layout/Layout.h"
@@ -141,6 +142,21 @@ TEST(BestOfMergeTest, ClustersTakeOneWordPerInput) {
   const qent::bestof::RasterGeometry raster{1000, 1000, 100, 100, 0.9, 0.7};
   const std::vector<std::vector<std::uint32_t>> want{{0, 1}, {2}, {3}};
   EXPECT_EQ(qent::bestof::clusterWords(words, raster, 0.2), want);
+}
+
+// A short word joins the tall ones beside it; the next row, a word beyond the gap and a word
+// of another size start lines of their own. Lines top to bottom, words left to right.
+TEST(BestOfMergeTest, SetsWordsIntoLines) {
+  const std::vector<comparison::MatchRect> words{
+      {100, 100, 140, 120},  // 0 "a": x-height only, begins the line
+      {150, 92, 250, 128},   // 1 tall
+      {260, 94, 330, 126},   // 2
+      {700, 94, 800, 126},   // 3 beyond two line heights
+      {100, 150, 200, 186},  // 4 next row
+      {340, 100, 420, 150},  // 5 taller by 40 %, reaching below the line
+      {430, 60, 470, 90}};   // 6 above the line, half its height
+  const std::vector<std::vector<std::uint32_t>> want{{6}, {0, 1, 2}, {3}, {5}, {4}};
+  EXPECT_EQ(qent::bestof::buildLines(words, {0.7, 0.1, 2.0}), want);
 }
 
 // Two of three for the default 0.7, never none, never more than there are.
