@@ -98,7 +98,8 @@ void resolvePageSize(bestof::BestOfOptions& options, const JobExecution& executi
 }
 
 // A raster finer than the page has cells smaller than a pixel: halve the page size instead.
-void fitRaster(bestof::BestOfOptions& options) {
+// A threshold above 1 would ask more inputs to agree than there are.
+void fitRasterAndThreshold(bestof::BestOfOptions& options) {
   if (options.pageWidth < options.rasterFactorX) {
     options.rasterFactorX = options.pageWidth / 2;
     base::TraceLog::write("rasterSizeX is larger than layout. Set rasterSizeX to: " +
@@ -136,7 +137,7 @@ void bestOfMerge(JobExecution& execution) {
     if (document->layout() != nullptr) layouts.push_back(document->layout());
   }
   resolvePageSize(options, execution, layouts);
-  fitRaster(options);
+  fitRasterAndThreshold(options);
 
   if (layouts.size() != documents.size()) {
     for (const auto& document : documents) {
