@@ -52,7 +52,11 @@ inline constexpr PropertyHelp kProperties[] = {
     {"WordRecognizer.StatisticsOutputFormat", "string", "text", "text, csv, json"},
     {"WordRecognizer.StatisticsPerPage", "boolean", "false", "report every page too"},
     {"WordRecognizer.StatisticsFilename", "string", "unset", "file that receives the report"},
-    {"BestOfLayout", "boolean", "false", "merge all inputs into a best-of layout [not built yet: fails with 20020]"},
+    {"BestOfLayout", "boolean", "false", "merge all inputs (recognitions of one document) into one best-of layout, the new main document"},
+    {"BestOfLayout.PageWidth", "integer", "0", "common page width (with PageHeight); 0: from ReferenceImageFilename, else the largest page"},
+    {"BestOfLayout.ReferenceImageFilename", "string", "empty", "PNG or JPEG page image that gives the page size"},
+    {"BestOfLayout.OverlapThreshold", "float", "0.7", "share of the inputs that must agree on a word (0.7 of 3: 2)"},
+    {"BestOfLayout.TraceDirectory", "string", "empty", "folder for one JSON file per page with the clusters and votes"},
     {"AddressRecognition", "boolean", "false", "recognise address blocks instead of writing output [not built yet: fails with 20020]"},
     {"TraceFilename", "string", "unset", "write a diagnostic trace to this file"},
 };

@@ -13,6 +13,11 @@ find_path(UTFCPP_INCLUDE_DIR utf8.h PATH_SUFFIXES utf8cpp REQUIRED)
 add_library(ormida_utfcpp INTERFACE)
 target_include_directories(ormida_utfcpp SYSTEM INTERFACE ${UTFCPP_INCLUDE_DIR})
 
+# stb_image, header only: the Best-Of merge reads the size of a reference page image.
+find_path(STB_INCLUDE_DIR stb_image.h PATH_SUFFIXES stb REQUIRED)
+add_library(ormida_stb INTERFACE)
+target_include_directories(ormida_stb SYSTEM INTERFACE ${STB_INCLUDE_DIR})
+
 find_path(HUNSPELL_INCLUDE_DIR hunspell/hunspell.hxx REQUIRED)
 find_library(HUNSPELL_LIBRARY NAMES hunspell-1.7 hunspell REQUIRED)
 add_library(ormida_hunspell INTERFACE)

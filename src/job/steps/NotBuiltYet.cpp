@@ -16,7 +16,6 @@ struct Unbuilt {
   const char* name;
 };
 constexpr Unbuilt kNotBuiltYet[] = {
-    {kBestOfLayout, "Best-Of merge (BestOfLayout)"},
     {kAddressRecognition, "Address recognition (AddressRecognition)"},
 };
 
