@@ -3,6 +3,7 @@
 
 #include "base/QentException.h"
 #include "base/Unicode.h"
+#include "base/json/DepthLimitedParse.h"
 
 #include <rapidjson/error/en.h>
 #include <rapidjson/memorystream.h>
@@ -11,53 +12,6 @@
 #include <stdexcept>
 
 namespace qent::dataextract {
-
-namespace {
-
-// Forwards the parser's events to the document until values nest too deep.
-class DepthLimit {
-public:
-  explicit DepthLimit(rapidjson::Document& document) : document_(document) {}
-
-  bool Null() { return document_.Null(); }
-  bool Bool(bool b) { return document_.Bool(b); }
-  bool Int(int i) { return document_.Int(i); }
-  bool Uint(unsigned u) { return document_.Uint(u); }
-  bool Int64(std::int64_t i) { return document_.Int64(i); }
-  bool Uint64(std::uint64_t u) { return document_.Uint64(u); }
-  bool Double(double d) { return document_.Double(d); }
-  bool RawNumber(const char* s, rapidjson::SizeType n, bool copy) {
-    return document_.RawNumber(s, n, copy);
-  }
-  bool String(const char* s, rapidjson::SizeType n, bool copy) {
-    return document_.String(s, n, copy);
-  }
-  bool Key(const char* s, rapidjson::SizeType n, bool copy) { return document_.Key(s, n, copy); }
-  bool StartObject() { return enter() && document_.StartObject(); }
-  bool EndObject(rapidjson::SizeType members) {
-    --depth_;
-    return document_.EndObject(members);
-  }
-  bool StartArray() { return enter() && document_.StartArray(); }
-  bool EndArray(rapidjson::SizeType elements) {
-    --depth_;
-    return document_.EndArray(elements);
-  }
-
-  bool tooDeep() const { return tooDeep_; }
-
-private:
-  bool enter() {
-    if (++depth_ > kMaxConfigDepth) tooDeep_ = true;
-    return !tooDeep_;
-  }
-
-  rapidjson::Document& document_;
-  std::size_t depth_ = 0;
-  bool tooDeep_ = false;
-};
-
-}  // namespace
 
 void failConfig(const std::string& what, const std::string& detail) {
   std::string message = what;
@@ -82,17 +36,9 @@ rapidjson::Document parseConfigJson(std::string_view text, const std::string& wh
   }
   rapidjson::Document document;
   rapidjson::MemoryStream bytes(text.data(), text.size());
-  rapidjson::ParseResult result;
-  bool tooDeep = false;
-  auto generate = [&](rapidjson::Document& target) {
-    DepthLimit limit(target);
-    rapidjson::Reader reader;
-    result = reader.Parse<rapidjson::kParseIterativeFlag | rapidjson::kParseStopWhenDoneFlag>(
-        bytes, limit);
-    tooDeep = limit.tooDeep();
-    return !result.IsError();
-  };
-  document.Populate(generate);
+  const auto [result, tooDeep] =
+      base::json::parseDepthLimited<rapidjson::kParseStopWhenDoneFlag>(document, bytes,
+                                                                        kMaxConfigDepth);
   if (tooDeep) {
     failConfig(what, "values nested deeper than " + std::to_string(kMaxConfigDepth) + " levels");
   }

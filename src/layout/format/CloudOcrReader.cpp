@@ -6,6 +6,7 @@
 #include "base/QentException.h"
 #include "base/TraceLog.h"
 #include "base/Unicode.h"
+#include "base/json/DepthLimitedParse.h"
 #include "layout/Layout.h"
 #include "layout/LayoutFormat.h"
 #include "layout/Nodes.h"
@@ -67,49 +68,6 @@ constexpr double kUint32End = 4294967296.0;
   throw base::QentException(base::kErrorJson, kIncorrectFormat);
 }
 
-// Forwards the parser's events to the document and stops the parse as soon as values nest
-// deeper than the limit, so that a hostile file cannot make the tree of values huge.
-class DepthLimit {
-public:
-  explicit DepthLimit(rapidjson::Document& document) : document_(document) {}
-
-  bool Null() { return document_.Null(); }
-  bool Bool(bool b) { return document_.Bool(b); }
-  bool Int(int i) { return document_.Int(i); }
-  bool Uint(unsigned u) { return document_.Uint(u); }
-  bool Int64(std::int64_t i) { return document_.Int64(i); }
-  bool Uint64(std::uint64_t u) { return document_.Uint64(u); }
-  bool Double(double d) { return document_.Double(d); }
-  bool RawNumber(const char* s, rapidjson::SizeType n, bool copy) {
-    return document_.RawNumber(s, n, copy);
-  }
-  bool String(const char* s, rapidjson::SizeType n, bool copy) {
-    return document_.String(s, n, copy);
-  }
-  bool Key(const char* s, rapidjson::SizeType n, bool copy) { return document_.Key(s, n, copy); }
-  bool StartObject() { return enter() && document_.StartObject(); }
-  bool EndObject(rapidjson::SizeType members) {
-    --depth_;
-    return document_.EndObject(members);
-  }
-  bool StartArray() { return enter() && document_.StartArray(); }
-  bool EndArray(rapidjson::SizeType elements) {
-    --depth_;
-    return document_.EndArray(elements);
-  }
-
-  bool tooDeep() const { return tooDeep_; }
-
-private:
-  bool enter() {
-    if (++depth_ > CloudOcrReader::kMaxJsonDepth) tooDeep_ = true;
-    return !tooDeep_;
-  }
-
-  rapidjson::Document& document_;
-  std::size_t depth_ = 0;
-  bool tooDeep_ = false;
-};
 
 // Members of the wrong kind count as absent.
 const Value* member(const Value& object, const char* name) {
@@ -369,17 +327,8 @@ std::unique_ptr<Layout> CloudOcrReader::read(std::string_view utf8) {
   std::string text(utf8);
   rapidjson::Document document;
   rapidjson::InsituStringStream stream(text.data());
-  rapidjson::ParseResult parsed;
-  bool tooDeep = false;
-  auto generate = [&](rapidjson::Document& handler) {
-    DepthLimit limit(handler);
-    rapidjson::Reader reader;
-    parsed = reader.Parse<rapidjson::kParseIterativeFlag | rapidjson::kParseInsituFlag>(stream,
-                                                                                         limit);
-    tooDeep = limit.tooDeep();
-    return !parsed.IsError();
-  };
-  document.Populate(generate);
+  const auto [parsed, tooDeep] =
+      base::json::parseDepthLimited<rapidjson::kParseInsituFlag>(document, stream, kMaxJsonDepth);
   if (tooDeep) {
     failFormat("values nested deeper than " + std::to_string(kMaxJsonDepth) + " levels");
   }
