@@ -263,6 +263,20 @@ void BM_ToolCompareWords(benchmark::State& state) {
           d.megabytes("ocr.json") + d.megabytes("truth.json"));
 }
 
+// Loading a JSON layout and writing it again as JSON or hOCR: beside BM_ToolJsonLoad, the
+// difference in peak memory is what writing costs on top of the loaded tree.
+void writeAs(benchmark::State& state, const char* format, const char* name) {
+  const Documents& d = documents(static_cast<int>(state.range(0)));
+  measure(state,
+          {tool(), setting("InputFilename", d.path("ocr.json")),
+           setting("OutputFilename", d.path(name)), std::string("OutputFilename.Format=") + format},
+          d.megabytes("ocr.json"));
+  state.counters["output_MB"] = d.megabytes(name);
+}
+
+void BM_ToolJsonWriteJson(benchmark::State& state) { writeAs(state, "json", "out.json"); }
+void BM_ToolJsonWriteHocr(benchmark::State& state) { writeAs(state, "hocr", "out.hocr"); }
+
 void pageCounts(benchmark::internal::Benchmark* b) {
   b->Arg(300)->Arg(1500)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(3);
 }
@@ -275,3 +289,5 @@ BENCHMARK(BM_BareRapidjsonParse)->Apply(pageCounts);
 BENCHMARK(BM_ToolHocrLoad)->Apply(pageCounts);
 BENCHMARK(BM_BarePugixmlParse)->Apply(pageCounts);
 BENCHMARK(BM_ToolCompareWords)->Apply(pageCounts);
+BENCHMARK(BM_ToolJsonWriteJson)->Apply(pageCounts);
+BENCHMARK(BM_ToolJsonWriteHocr)->Apply(pageCounts);
