@@ -3,6 +3,7 @@
 
 #include "base/platform/platform.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
@@ -25,7 +26,7 @@ std::string openErrorText(const std::string& fileName, int errorNumber) {
          std::to_string(errorNumber) + "): " + fileName;
 }
 
-std::string readFile(const std::filesystem::path& path) {
+FileReader::FileReader(const std::filesystem::path& path) : path_(path) {
   std::error_code ec;
   const auto status = std::filesystem::status(path, ec);
   if (ec) {
@@ -37,19 +38,40 @@ std::string readFile(const std::filesystem::path& path) {
                              "): " + display(path) + " is a directory");
   }
   errno = 0;
-  std::ifstream in(path, std::ios::binary);
-  if (!in.is_open()) throw std::runtime_error(openErrorText(display(path), lastErrno(ENOENT)));
-  std::string data;
+  in_.open(path, std::ios::binary);
+  if (!in_.is_open()) throw std::runtime_error(openErrorText(display(path), lastErrno(ENOENT)));
   const auto size = std::filesystem::file_size(path, ec);
-  if (!ec) data.reserve(static_cast<std::size_t>(size));
-  char buffer[1 << 16];
-  while (in.read(buffer, sizeof buffer) || in.gcount() > 0) {
-    data.append(buffer, static_cast<std::size_t>(in.gcount()));
-  }
-  if (in.bad()) {
+  if (!ec) size_ = size;
+}
+
+std::size_t FileReader::read(char* buffer, std::size_t size) {
+  in_.read(buffer, static_cast<std::streamsize>(size));
+  const auto got = static_cast<std::size_t>(in_.gcount());
+  if (in_.bad()) {
     throw std::runtime_error("reading error (errno " + std::to_string(lastErrno(EIO)) +
-                             "): " + display(path));
+                             "): " + display(path_));
   }
+  return got;
+}
+
+void FileReader::readInto(std::string& text, std::size_t size) {
+  // The whole file ends up in the text: one allocation of its size.
+  if (size == std::string::npos && size_ > text.size()) text.reserve(static_cast<std::size_t>(size_));
+  char buffer[1 << 16];
+  while (size > 0) {
+    const std::size_t got = read(buffer, std::min(size, sizeof buffer));
+    if (got == 0) return;
+    text.append(buffer, got);
+    if (size != std::string::npos) size -= got;
+  }
+}
+
+bool FileReader::atEnd() { return in_.peek() == std::char_traits<char>::eof(); }
+
+std::string readFile(const std::filesystem::path& path) {
+  FileReader reader(path);
+  std::string data;
+  reader.readInto(data);
   return data;
 }
 

@@ -7,6 +7,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -16,7 +17,31 @@ namespace qent::base {
 
 std::string openErrorText(const std::string& fileName, int errorNumber);
 
-// Reads the whole file. A directory, a missing or unreadable file is an error.
+// Where a reader takes its bytes from, piece by piece.
+class ByteSource {
+public:
+  virtual ~ByteSource() = default;
+  // Fills the buffer with up to `size` bytes; 0 only at the end.
+  virtual std::size_t read(char* buffer, std::size_t size) = 0;
+};
+
+// A file read piece by piece, for readers that need not hold the whole of a large file. A
+// directory, a missing or unreadable file is an error, as for readFile.
+class FileReader : public ByteSource {
+public:
+  explicit FileReader(const std::filesystem::path& path);
+  std::size_t read(char* buffer, std::size_t size) override;
+  // Appends up to `size` more bytes (everything left when `size` is npos) to the text.
+  void readInto(std::string& text, std::size_t size = std::string::npos);
+  bool atEnd();
+
+private:
+  std::filesystem::path path_;
+  std::ifstream in_;
+  std::uintmax_t size_ = 0;  // as the file system said when it was opened; 0 if unknown
+};
+
+// Reads the whole file.
 std::string readFile(const std::filesystem::path& path);
 
 // A file written piece by piece into a temporary file beside its path and renamed over the

@@ -484,7 +484,20 @@ private:
     return counters_.node;
   }
 
-  // Generated ids must not take an id that a later node keeps; collected on first need.
+  // Whether the id has the form of a generated one ("word_3_17", "page_2", "page_2_1"):
+  // only those can clash with a generated id.
+  static bool looksGenerated(std::string_view id) {
+    for (std::string_view kind : {"page_", "block_", "par_", "line_", "word_", "node_"}) {
+      if (id.substr(0, kind.size()) != kind || id.size() == kind.size()) continue;
+      const std::string_view rest = id.substr(kind.size());
+      return rest.find_first_not_of("0123456789_") == std::string_view::npos;
+    }
+    return false;
+  }
+
+  // Generated ids must not take an id that a later node keeps; collected on first need, and
+  // only those of a generated id's form, so a document whose ids follow another scheme costs
+  // no second set.
   void reserveExistingIds() {
     if (reservedDone_) return;
     reservedDone_ = true;
@@ -493,7 +506,10 @@ private:
     while (!stack.empty()) {
       const Node* node = stack.back();
       stack.pop_back();
-      if (!node->id().empty()) reserved_.insert(xmlText(node->id()));
+      if (!node->id().empty()) {
+        const std::string id = xmlText(node->id());
+        if (looksGenerated(id)) reserved_.insert(id);
+      }
       for (const auto& child : node->children()) stack.push_back(child.get());
     }
   }
@@ -650,11 +666,21 @@ std::string joined(const auto& words) {
 
 void HocrWriter::write(const Layout& layout, base::Sink& sink) {
   const double confidenceScale = layout.format() == layout::kFormatCloudOcr ? 100.0 : 1.0;
-  base::NullSink nothing;
-  base::xml::XmlWriter counter(nothing);
-  BodyBuilder counted(layout, confidenceScale, counter, true);
-  counter.startElement("body");
-  counted.build();
+  // What the head names, learnt by writing the body into nothing; the counting writer and
+  // its id sets are gone before the real body starts, so the two never take memory at once.
+  std::string capabilities;
+  std::size_t pages = 0;
+  std::set<std::string> languages;
+  {
+    base::NullSink nothing;
+    base::xml::XmlWriter counter(nothing);
+    BodyBuilder counted(layout, confidenceScale, counter, true);
+    counter.startElement("body");
+    counted.build();
+    capabilities = joined(counted.capabilities());
+    pages = counted.pages();
+    languages = counted.languages();
+  }
 
   base::xml::XmlWriter writer(sink);
   writer.declaration("1.0", "UTF-8");
@@ -670,9 +696,8 @@ void HocrWriter::write(const Layout& layout, base::Sink& sink) {
   writer.attribute("content", "text/html;charset=utf-8");
   writer.endElement();
   meta(writer, "ocr-system", systemText(layout.versions()));
-  meta(writer, "ocr-capabilities", joined(counted.capabilities()));
-  meta(writer, "ocr-number-of-pages", std::to_string(counted.pages()));
-  const std::set<std::string> languages = counted.languages();
+  meta(writer, "ocr-capabilities", capabilities);
+  meta(writer, "ocr-number-of-pages", std::to_string(pages));
   if (!languages.empty()) meta(writer, "ocr-langs", joined(languages));
   if (const Node* root = layout.root()) {
     const auto modules = root->attributes().find(u"additional_versions");

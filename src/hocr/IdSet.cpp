@@ -24,6 +24,9 @@ void IdSet::reserve(std::size_t count) {
   std::size_t slots = 16;
   while (tooFull(count, slots)) slots *= 2;
   if (slots > slots_.size()) rehash(slots);
+  // Room for ids of a dozen characters: an arena grown by doubling would hold up to twice
+  // what it needs, and three times that while it moves.
+  arena_.reserve(count * (sizeof(std::uint32_t) + 12));
 }
 
 std::string_view IdSet::idAt(const Slot& slot) const {

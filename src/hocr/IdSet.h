@@ -16,7 +16,7 @@ namespace qent::text::hocr {
 // thousand-page document's ids stays a few megabytes beside the tree it describes.
 class IdSet {
 public:
-  // Room for `count` ids without growing.
+  // Room for `count` ids without growing the table (and the arena, for ids of usual length).
   void reserve(std::size_t count);
   // Adds the id; false when it was there already.
   bool insert(std::string_view id);

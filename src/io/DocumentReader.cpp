@@ -1,6 +1,7 @@
 // DocumentReader.cpp - encoding normalisation and the choice of reader.
 #include "io/DocumentReader.h"
 
+#include "base/FileIo.h"
 #include "base/Unicode.h"
 #include "io/FormatTable.h"
 #include "layout/Layout.h"
@@ -38,11 +39,31 @@ std::string normaliseEncoding(std::string bytes) {
 std::unique_ptr<Document> readDocument(std::string bytes, const std::string& name,
                                        const std::filesystem::path& file,
                                        const ReadOptions& options) {
+  if (bytes.find_first_not_of(" \t\r\n") == std::string::npos) {
+    throw std::runtime_error("No document loaded: " + name + " is empty");
+  }
   std::string text = normaliseEncoding(std::move(bytes));
   if (const Format* format = formatOfContent(text)) {
     return std::make_unique<Document>(name, format->read(text, options));
   }
   return std::make_unique<Document>(name, std::move(text), file);
+}
+
+std::unique_ptr<Document> readDocumentFile(const std::filesystem::path& file,
+                                           const std::string& name, const ReadOptions& options) {
+  // Enough to decide the format of any layout whose first top-level key is "root".
+  constexpr std::size_t kHead = 1 << 16;
+  base::FileReader reader(file);
+  std::string head;
+  reader.readInto(head, kHead);
+  if (!reader.atEnd()) {
+    if (std::string_view(head).substr(0, 3) == "\xEF\xBB\xBF") head.erase(0, 3);
+    if (const Format* format = streamingFormatOf(head)) {
+      return std::make_unique<Document>(name, format->readStream(std::move(head), reader, options));
+    }
+    reader.readInto(head);
+  }
+  return readDocument(std::move(head), name, file, options);
 }
 
 }  // namespace qent::io

@@ -19,9 +19,16 @@ namespace qent::io {
 std::string normaliseEncoding(std::string bytes);
 
 // Reads one document. `name` names it in messages; `file` is its path when it came from a
-// file (kept by plain-text documents). Errors of the readers pass through unchanged.
+// file (kept by plain-text documents). Errors of the readers pass through unchanged; text
+// that is empty or only white space is the runtime error "No document loaded: <name> is
+// empty".
 std::unique_ptr<text::layout::format::Document> readDocument(
     std::string bytes, const std::string& name, const std::filesystem::path& file,
     const ReadOptions& options = {});
+
+// The same for a file. A large file in a format whose reader takes it piece by piece (a JSON
+// layout) is never held whole, so loading it costs little more than its tree.
+std::unique_ptr<text::layout::format::Document> readDocumentFile(
+    const std::filesystem::path& file, const std::string& name, const ReadOptions& options = {});
 
 }  // namespace qent::io

@@ -70,6 +70,13 @@ bool isWebAnno(std::string_view text) { return text.starts_with("#FORMAT=WebAnno
 LayoutPointer readJson(std::string& utf8, const ReadOptions&) {
   return format::JSONReader().readInPlace(utf8);
 }
+// Streamed only when a top-level "root" comes before any key that would make it cloud-OCR.
+bool jsonLayoutHeadDecides(std::string_view head) {
+  return classifyJson(head) == JsonKind::Layout;
+}
+LayoutPointer readJsonStream(std::string head, base::ByteSource& rest, const ReadOptions&) {
+  return format::JSONReader().readStream(std::move(head), rest);
+}
 LayoutPointer readCloudOcr(std::string& utf8, const ReadOptions&) {
   return format::CloudOcrReader().read(utf8);
 }
@@ -103,24 +110,41 @@ void writePlainText(const layout::Layout& layout, base::Sink& sink, const WriteO
 
 // In the order of OutputFilename.Format's documentation; content tests run in this order.
 constexpr Format kFormats[] = {
-    {layout::kFormatHocr, "hocr", "hOCR", "hocr", isMarkup, readHocr, writeHocr},
-    {layout::kFormatCloudOcr, "", "cloud-OCR JSON", "json", isCloudOcr, readCloudOcr, nullptr},
-    {layout::kFormatJsonLayout, "json", "JSON layout", "json", isJsonLayout, readJson, writeJson},
+    {layout::kFormatHocr, "hocr", "hOCR", "hocr", isMarkup, readHocr, writeHocr, nullptr, nullptr},
+    {layout::kFormatCloudOcr, "", "cloud-OCR JSON", "json", isCloudOcr, readCloudOcr, nullptr,
+     nullptr, nullptr},
+    {layout::kFormatJsonLayout, "json", "JSON layout", "json", isJsonLayout, readJson, writeJson,
+     jsonLayoutHeadDecides, readJsonStream},
     {layout::kFormatWebAnno, "webanno", "WebAnno TSV", "webAnno", isWebAnno, readWebAnno,
-     writeWebAnno},
-    {layout::kFormatNone, "txtutf8", "Plain text", "txt", nullptr, nullptr, writePlainText},
-    {layout::kFormatNone, "html", "HTML", "html", nullptr, nullptr, writeHtml},
+     writeWebAnno, nullptr, nullptr},
+    {layout::kFormatNone, "txtutf8", "Plain text", "txt", nullptr, nullptr, writePlainText,
+     nullptr, nullptr},
+    {layout::kFormatNone, "html", "HTML", "html", nullptr, nullptr, writeHtml, nullptr, nullptr},
 };
 
 }  // namespace
 
-const Format* formatOfContent(std::string_view utf8) {
+namespace {
+
+std::string_view skipSpace(std::string_view utf8) {
   const std::size_t start = utf8.find_first_not_of(" \t\n\r");
-  const std::string_view text = start == std::string_view::npos ? "" : utf8.substr(start);
+  return start == std::string_view::npos ? "" : utf8.substr(start);
+}
+
+}  // namespace
+
+const Format* formatOfContent(std::string_view utf8) {
+  const std::string_view text = skipSpace(utf8);
   for (const Format& format : kFormats) {
     if (format.sniff != nullptr && format.sniff(text)) return &format;
   }
   return nullptr;
+}
+
+const Format* streamingFormatOf(std::string_view head) {
+  const Format* format = formatOfContent(head);
+  if (format == nullptr || format->headDecides == nullptr) return nullptr;
+  return format->headDecides(skipSpace(head)) ? format : nullptr;
 }
 
 const Format& formatNamed(std::string_view name) {

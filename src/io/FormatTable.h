@@ -8,6 +8,7 @@
 
 #include "io/ReadOptions.h"
 #include "io/WriteOptions.h"
+#include "base/FileIo.h"
 #include "base/Sink.h"
 
 #include <cstdint>
@@ -33,11 +34,20 @@ struct Format {
   // in place, so a file is held once while its layout is built.
   std::unique_ptr<text::layout::Layout> (*read)(std::string& utf8, const ReadOptions& options);
   void (*write)(const text::layout::Layout& layout, base::Sink& sink, const WriteOptions& options);
+  // For a reader that can take a large file piece by piece: true when the file's beginning
+  // (UTF-8, leading white space skipped) alone proves the format; then readStream gets that
+  // beginning and the source of the rest. Null for the others, which read the whole text.
+  bool (*headDecides)(std::string_view head);
+  std::unique_ptr<text::layout::Layout> (*readStream)(std::string head, base::ByteSource& rest,
+                                                      const ReadOptions& options);
 };
 
 // The format the text (UTF-8) is in, judged after its leading white space; null for plain
 // text.
 const Format* formatOfContent(std::string_view utf8);
+// The format that can read the file whose beginning this is piece by piece; null when the
+// beginning does not decide or the format's reader wants the whole text.
+const Format* streamingFormatOf(std::string_view head);
 // The format with a writer named so in OutputFilename.Format; the runtime error
 // "unsupported output format specified" for any other name.
 const Format& formatNamed(std::string_view name);

@@ -29,12 +29,6 @@ std::vector<std::u16string> splitItems(const std::u16string& value) {
 
 namespace {
 
-void refuseEmpty(const std::string& bytes, const std::string& name) {
-  if (bytes.find_first_not_of(" \t\r\n") == std::string::npos) {
-    throw std::runtime_error("No document loaded: " + name + " is empty");
-  }
-}
-
 // One "ADDRESS:SIZE" item; both decimal, both non-zero.
 std::pair<std::uint64_t, std::uint64_t> parseMemoryItem(const std::string& item,
                                                         std::size_t index) {
@@ -78,7 +72,6 @@ DocumentList InputLoader::loadMemory(const std::u16string& addresses) const {
     std::string bytes(reinterpret_cast<const char*>(static_cast<std::uintptr_t>(address)),
                       static_cast<std::size_t>(size));
     const std::string name = "memory:" + std::to_string(index);
-    refuseEmpty(bytes, name);
     documents.push_back(readDocument(std::move(bytes), name, {}, options_));
   }
   return documents;
@@ -125,10 +118,7 @@ DocumentList InputLoader::loadFiles(const std::u16string& items, bool alwaysPatt
     }
     const bool pattern = alwaysPattern || item.find(u'*') != std::u16string::npos;
     for (const fs::path& file : expand(item, pattern)) {
-      std::string bytes = base::readFile(file);
-      const std::string name = base::platform::pathToUtf8(file);
-      refuseEmpty(bytes, name);
-      documents.push_back(readDocument(std::move(bytes), name, file, options_));
+      documents.push_back(io::readDocumentFile(file, base::platform::pathToUtf8(file), options_));
       documents.back()->setTextCode(textCode);
     }
     textCode = 0;

@@ -1,7 +1,10 @@
 // DocumentReaderTest.cpp - telling the input formats apart by their bytes.
 #include "io/DocumentReader.h"
 #include "io/FormatTable.h"
+#include "layout/Layout.h"
 #include "layout/LayoutFormat.h"
+#include "layout/format/JSONWriter.h"
+#include "support/TempDir.h"
 
 #include <gtest/gtest.h>
 
@@ -75,6 +78,46 @@ TEST(DocumentReaderTest, PlainTextKeepsItsBytesAndPath) {
   EXPECT_EQ(document->text(), "hello\n");
   EXPECT_EQ(document->file(), std::filesystem::path("dir/notes.txt"));
   EXPECT_EQ(document->layout(), nullptr);
+}
+
+// A file too large to hold whole is parsed piece by piece; that must give what the whole text
+// gives, layout or error, also when a character, an escape or a fault lies across a piece's
+// edge or far behind the beginning that decided the format.
+TEST(DocumentReaderTest, LargeFilesReadPieceByPieceAsTheWholeText) {
+  std::string words;
+  for (int i = 0; i < 9000; ++i) {
+    words += R"({"type":"word","left":)" + std::to_string(i % 900 + 1) +
+             R"(,"top":5,"width":7,"height":9,"text":"a\"\u00df\uD834\uDD1E€)" +
+             std::string(i % 5, 'x') + "\\\\\"},";
+  }
+  words.pop_back();
+  const std::string layout = R"({"root":{"type":"page","children":[)" + words + "]}}";
+  const std::string late = R"({"meta":")" + std::string(70000, 'm') + R"(","root":{"type":"node"}})";
+  const std::string cases[] = {
+      layout,
+      "\xEF\xBB\xBF  " + layout + "\n\t ",
+      late,
+      layout + " x",
+      layout + std::string(1, '\0') + " ",
+      layout.substr(0, layout.size() - 1),
+      layout.substr(0, 80000) + "\xFF" + layout.substr(80000),
+      layout.substr(0, 90000) + "\\uDC00" + layout.substr(90000),
+  };
+  qent::test::TempDir dir;
+  auto outcome = [](auto read) {
+    try {
+      return qent::text::layout::format::JSONWriter().write(*read()->layout());
+    } catch (const std::exception& e) {
+      return std::string("error: ") + e.what();
+    }
+  };
+  for (const std::string& text : cases) {
+    const auto file = dir.write("large.json", text);
+    const std::string whole = outcome([&] { return qent::io::readDocument(text, "large", {}); });
+    const std::string pieces = outcome([&] { return qent::io::readDocumentFile(file, "large"); });
+    EXPECT_TRUE(pieces == whole) << pieces.substr(0, 60) << " instead of " << whole.substr(0, 60)
+                                 << " for the text ending " << text.substr(text.size() - 20);
+  }
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // JSONReader.cpp - node kinds and their members, and the parse that drives them.
 #include "layout/format/JSONReader.h"
 
+#include "base/FileIo.h"
 #include "base/QentException.h"
 #include "base/TraceLog.h"
 #include "base/Unicode.h"
@@ -16,6 +17,7 @@
 #include <limits>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 namespace qent::text::layout::format {
 
@@ -97,22 +99,15 @@ std::unique_ptr<Layout> JSONReader::read(std::string_view utf8) {
   return readInPlace(text);
 }
 
-std::unique_ptr<Layout> JSONReader::readInPlace(std::string& buffer) {
-  std::string_view utf8 = buffer;
-  if (utf8.substr(0, 3) == "\xEF\xBB\xBF") utf8.remove_prefix(3);
-  // Checked in one fast pass here instead of character by character by the parser.
-  const std::size_t invalid = base::findInvalidUtf8(utf8);
-  if (invalid != std::string_view::npos) {
-    traceFailure("invalid UTF-8 at byte " + std::to_string(invalid));
-    throw base::QentException(base::kErrorJson, "Failed to parse JSON layout");
-  }
-  // The parser decodes strings where they stand rather than copying each of them; it only
-  // writes behind its reading position, so the text after the document stays as it was.
-  internal::JsonLayoutHandler handler(*this);
-  rapidjson::InsituStringStream stream(buffer.data() + (buffer.size() - utf8.size()));
+namespace {
+
+// The parse both entries share; `trailing` checks what follows the document (the stream
+// ends at a NUL byte, so that may be more than white space).
+template <unsigned kFlags, typename Stream, typename Trailing>
+std::unique_ptr<Layout> parseLayout(internal::NodeBuilder& builder, Stream& stream,
+                                    Trailing trailing) {
+  internal::JsonLayoutHandler handler(builder);
   rapidjson::Reader reader;
-  constexpr unsigned kFlags = rapidjson::kParseIterativeFlag | rapidjson::kParseInsituFlag |
-                              rapidjson::kParseNumbersAsStringsFlag;
   const rapidjson::ParseResult parsed = reader.Parse<kFlags>(stream, handler);
   if (parsed.IsError()) {
     if (handler.stop() == internal::JsonLayoutHandler::Stop::Depth) {
@@ -124,13 +119,9 @@ std::unique_ptr<Layout> JSONReader::readInPlace(std::string& buffer) {
     traceFailure(detail + " at byte " + std::to_string(parsed.Offset()));
     throw base::QentException(base::kErrorJson, "Failed to parse JSON layout");
   }
-  // The stream reports a NUL byte as its end; anything after the document is not JSON.
-  for (std::size_t i = stream.Tell(); i < utf8.size(); ++i) {
-    const char c = utf8[i];
-    if (c != ' ' && c != '\t' && c != '\n' && c != '\r') {
-      traceFailure("text after the document at byte " + std::to_string(i));
-      throw base::QentException(base::kErrorJson, "Failed to parse JSON layout");
-    }
+  if (const std::size_t at = trailing(); at != std::string_view::npos) {
+    traceFailure("text after the document at byte " + std::to_string(at));
+    throw base::QentException(base::kErrorJson, "Failed to parse JSON layout");
   }
   if (handler.error() != nullptr) std::rethrow_exception(handler.error());
   std::unique_ptr<Node> root = handler.takeRoot();
@@ -138,6 +129,83 @@ std::unique_ptr<Layout> JSONReader::readInPlace(std::string& buffer) {
   auto layout = std::make_unique<Layout>(std::move(root));
   layout->setFormat(kFormatJsonLayout);
   return layout;
+}
+
+constexpr unsigned kCommonFlags = rapidjson::kParseIterativeFlag | rapidjson::kParseNumbersAsStringsFlag;
+
+bool isJsonSpace(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
+
+// A RapidJSON input stream over the head of a file already read and a source for the rest,
+// refilling one small buffer: a large file is never held whole.
+class ChunkStream {
+public:
+  using Ch = char;
+  ChunkStream(std::string head, base::ByteSource& rest) : buffer_(std::move(head)), rest_(rest) {}
+
+  // The parser calls these once a byte: the common case stays inline, refilling does not.
+  char Peek() { return at_ < buffer_.size() || refill() ? buffer_[at_] : '\0'; }
+  char Take() { return at_ < buffer_.size() || refill() ? buffer_[at_++] : '\0'; }
+  std::size_t Tell() const { return consumed_ + at_; }
+  // Only an in-place parse writes; this stream is never used for one.
+  char* PutBegin() { return nullptr; }
+  void Put(char) {}
+  void Flush() {}
+  std::size_t PutEnd(char*) { return 0; }
+
+  // The byte offset of the first byte from here on that is not white space; npos if none.
+  std::size_t firstNonSpace() {
+    while (at_ < buffer_.size() || refill()) {
+      if (!isJsonSpace(buffer_[at_])) return Tell();
+      ++at_;
+    }
+    return std::string_view::npos;
+  }
+
+private:
+  [[gnu::noinline]] bool refill() {
+    consumed_ += buffer_.size();
+    at_ = 0;
+    buffer_.resize(kChunk);
+    buffer_.resize(rest_.read(buffer_.data(), kChunk));
+    return !buffer_.empty();
+  }
+
+  static constexpr std::size_t kChunk = 1 << 16;
+  std::string buffer_;
+  std::size_t at_ = 0;
+  std::size_t consumed_ = 0;
+  base::ByteSource& rest_;
+};
+
+}  // namespace
+
+std::unique_ptr<Layout> JSONReader::readInPlace(std::string& buffer) {
+  std::string_view utf8 = buffer;
+  if (utf8.substr(0, 3) == "\xEF\xBB\xBF") utf8.remove_prefix(3);
+  // Checked in one fast pass here instead of character by character by the parser.
+  const std::size_t invalid = base::findInvalidUtf8(utf8);
+  if (invalid != std::string_view::npos) {
+    traceFailure("invalid UTF-8 at byte " + std::to_string(invalid));
+    throw base::QentException(base::kErrorJson, "Failed to parse JSON layout");
+  }
+  // The parser decodes strings where they stand rather than copying each of them; it only
+  // writes behind its reading position, so the text after the document stays as it was.
+  rapidjson::InsituStringStream stream(buffer.data() + (buffer.size() - utf8.size()));
+  return parseLayout<kCommonFlags | rapidjson::kParseInsituFlag>(*this, stream, [&] {
+    for (std::size_t i = stream.Tell(); i < utf8.size(); ++i) {
+      if (!isJsonSpace(utf8[i])) return i;
+    }
+    return std::string_view::npos;
+  });
+}
+
+std::unique_ptr<Layout> JSONReader::readStream(std::string head, base::ByteSource& rest) {
+  if (std::string_view(head).substr(0, 3) == "\xEF\xBB\xBF") head.erase(0, 3);
+  // Piece by piece, so the parser checks the UTF-8 of each string as it decodes it (outside
+  // strings only ASCII is JSON anyway).
+  ChunkStream stream(std::move(head), rest);
+  return parseLayout<kCommonFlags | rapidjson::kParseValidateEncodingFlag>(
+      *this, stream, [&] { return stream.firstNonSpace(); });
 }
 
 std::unique_ptr<Node> JSONReader::build(JsonNodeRecord& record) { return readNode(record); }

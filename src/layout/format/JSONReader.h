@@ -6,7 +6,12 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <string_view>
+
+namespace qent::base {
+class ByteSource;
+}
 
 namespace qent::text::layout {
 class Layout;
@@ -50,6 +55,9 @@ public:
   // The same, decoding the strings inside `utf8` itself, which is left changed: for a
   // caller that reads a file only to parse it, this spares a copy of the whole text.
   std::unique_ptr<Layout> readInPlace(std::string& utf8);
+  // The same for a text too large to hold twice: `head` is its beginning, already read;
+  // the rest comes from the source piece by piece, and only the tree is kept.
+  std::unique_ptr<Layout> readStream(std::string head, base::ByteSource& rest);
 
 private:
   std::unique_ptr<Node> build(internal::JsonNodeRecord& record) override;
