@@ -21,9 +21,10 @@ std::size_t StatisticsTable::slotOf(const Node* node) const {
 const NodeStatistics* StatisticsTable::find(const Node* node) const {
   if (node == nullptr) return nullptr;
   for (std::size_t slot = slotOf(node);; slot = (slot + 1) & (slots_.size() - 1)) {
-    const Slot& entry = slots_[slot];
-    if (entry.node == node) return &recordAt(entry.record);
-    if (entry.node == nullptr) return nullptr;
+    const Slot entry = slots_[slot];
+    if (entry == 0) return nullptr;
+    const NodeStatistics& record = recordAt(entry - 1);
+    if (record.self == node) return &record;
   }
 }
 
@@ -32,20 +33,14 @@ NodeStatistics* StatisticsTable::find(const Node* node) {
 }
 
 NodeStatistics& StatisticsTable::obtain(Node& node) {
+  if (NodeStatistics* known = find(&node)) return *known;
+  // Keep the index at most three quarters full so probes stay short.
+  if (4 * (size_ + 1) > 3 * slots_.size()) grow();
   std::size_t slot = slotOf(&node);
-  for (;; slot = (slot + 1) & (slots_.size() - 1)) {
-    if (slots_[slot].node == &node) return recordAt(slots_[slot].record);
-    if (slots_[slot].node == nullptr) break;
-  }
-  // Keep the index at most half full so probes stay short.
-  if (2 * (size_ + 1) > slots_.size()) {
-    grow();
-    slot = slotOf(&node);
-    while (slots_[slot].node != nullptr) slot = (slot + 1) & (slots_.size() - 1);
-  }
+  while (slots_[slot] != 0) slot = (slot + 1) & (slots_.size() - 1);
   const auto index = static_cast<std::uint32_t>(size_);
   if (index % kChunkSize == 0) chunks_.push_back(std::make_unique<NodeStatistics[]>(kChunkSize));
-  slots_[slot] = {&node, index};
+  slots_[slot] = index + 1;
   ++size_;
   NodeStatistics& stats = recordAt(index);
   stats.self = &node;
@@ -55,10 +50,10 @@ NodeStatistics& StatisticsTable::obtain(Node& node) {
 void StatisticsTable::grow() {
   std::vector<Slot> old(slots_.size() * 2);
   old.swap(slots_);
-  for (const Slot& entry : old) {
-    if (entry.node == nullptr) continue;
-    std::size_t slot = slotOf(entry.node);
-    while (slots_[slot].node != nullptr) slot = (slot + 1) & (slots_.size() - 1);
+  for (const Slot entry : old) {
+    if (entry == 0) continue;
+    std::size_t slot = slotOf(recordAt(entry - 1).self);
+    while (slots_[slot] != 0) slot = (slot + 1) & (slots_.size() - 1);
     slots_[slot] = entry;
   }
 }
