@@ -75,6 +75,10 @@ Candidate candidateOf(AddressFields fields, const LetterPage& page, std::size_t 
   return Candidate{std::move(fields), &page, block, first, count, rectOf(page, run), 0};
 }
 
+// Scores are compared as they are reported, to two decimals, so that a country line under
+// a block is not lost to a rounding difference of the window share.
+double reported(double score) { return std::round(std::min(score, 1.0) * 100) / 100; }
+
 // Better score wins; on a tie the longer block, then the earlier one.
 bool better(const Candidate& a, const std::optional<Candidate>& b) {
   if (!b) return true;
@@ -99,7 +103,7 @@ std::optional<Candidate> bestRecipient(const std::vector<LetterPage>& pages) {
     Candidate candidate = candidateOf(std::move(*fields), page, block, first, count);
     const double window = windowShare(candidate.rect, page.width, page.height);
     const double names = static_cast<double>(std::min<std::size_t>(candidate.fields.nameLines, 3));
-    candidate.score = 0.55 + 0.35 * window + 0.03 * names;
+    candidate.score = reported(0.55 + 0.35 * window + 0.03 * names);
     if (better(candidate, best)) best = std::move(candidate);
   });
   return best;
@@ -137,7 +141,7 @@ std::optional<Candidate> bestSender(const std::vector<LetterPage>& pages,
     Candidate candidate = candidateOf(std::move(*fields), page, block, first, count);
     if (recipient && shareLines(candidate, *recipient)) return;
     if (count > 1 && inLetterheadOrFooter(candidate.rect, page.height)) score += 0.2;
-    candidate.score = score;
+    candidate.score = reported(score);
     if (better(candidate, best)) best = std::move(candidate);
   });
   return best;
@@ -165,7 +169,7 @@ void writeCandidate(JsonWriter& out, const std::optional<Candidate>& candidate, 
   out.StartObject();
   writeText(out, "company", f.company);
   out.Key("confidence");
-  out.Double(std::round(std::min(candidate->score, 1.0) * 100) / 100);
+  out.Double(candidate->score);
   writeText(out, "country", f.country);
   if (contact) writeText(out, "email", f.email);
   writeText(out, "houseNumber", f.houseNumber);
