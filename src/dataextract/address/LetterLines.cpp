@@ -33,17 +33,29 @@ void append(LetterLine& line, const std::u16string& word, const Rect& rect) {
   line.rect = unite(line.rect, rect);
 }
 
-// The words of each layout line in document order; words outside lines join the line
-// they overlap vertically, so a flat list of words still yields lines.
+// A word this far right of the line's last word starts another column: OCR engines join
+// a letterhead and the address field beside it into one line when they share a baseline.
+bool startsColumn(const LetterLine& line, const Rect& word) {
+  if (!line.rect.hasGeometry() || !word.hasGeometry()) return false;
+  const std::int64_t height = std::max(line.rect.height, word.height);
+  return word.left - line.rect.right() > 3 * height;
+}
+
+// The words of each layout line in document order, cut where a wide gap separates two
+// columns; words outside lines join the line they overlap vertically, so a flat list of
+// words still yields lines.
 std::vector<LetterLine> linesOf(const PageWords& page) {
   std::vector<LetterLine> lines;
-  std::map<const text::layout::Line*, std::size_t> index;
+  std::map<const text::layout::Line*, std::size_t> index;  // to the line's last part
   for (const PlacedWord& placed : page.words) {
     const std::u16string text = wordText(*placed.word);
     const Rect& rect = placed.word->rect();
     if (placed.line != nullptr) {
       auto [it, added] = index.try_emplace(placed.line, lines.size());
-      if (added) lines.emplace_back();
+      if (added || startsColumn(lines[it->second], rect)) {
+        it->second = lines.size();
+        lines.emplace_back();
+      }
       append(lines[it->second], text, rect);
       continue;
     }
