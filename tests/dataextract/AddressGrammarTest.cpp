@@ -30,6 +30,7 @@ TEST(AddressGrammarTest, DecidesRecipientAndSenderBlocks) {
       {"Oak Supplies Ltd\n221B Baker Street\nLondon NW1 6XE\nUnited Kingdom", true, false},
       {"Jane Doe\nMaple Inc.\n1600 Pennsylvania Avenue\nWashington, DC 20500-0003", true, false},
       {"  Herrn \n\n Max   Müller\nHauptstraße 5\n10115 Berlin\n\n", true, false},
+      {"Mr John Smith\n12 High Street\nLONDON SW1A 2A]", true, false},  // OCR: "]" for "J"
       // Near-misses.
       {"Berlin, 12. März 2024", false, false},
       {"Rechnung Nr. 12345\nHauptstraße 5\n10115 Berlin", false, false},
@@ -46,6 +47,7 @@ TEST(AddressGrammarTest, DecidesRecipientAndSenderBlocks) {
       {"Oak Ltd | 12 High Street | London SW1A 2AA", false, true},
       {"Maple Inc., 12 Main Street, Springfield, IL 62701", false, true},
       {"Alpen AG - Ringstraße 12 - A-1010 Wien", false, true},
+      {"Alpen AG +» Ringstraße 12 « A-1010 Wien", false, true},  // OCR of the middle dot
       {"Stern GmbH • Postfach 12 34 • 8001 Zürich • Schweiz", false, true},
       {"Nordbau GmbH\nRingstraße 12\n20095 Hamburg\nTel. 040 123456\nwww.nordbau.de", false, true},
       {"Nordbau GmbH\nRingstraße 12\n20095 Hamburg\nTel. 040 123456\nHerzliche Grüße", false, false},

@@ -101,4 +101,10 @@ TEST(LetterCorpusTest, FindsRecipientsAndSendersOfGeneratedLetters) {
   expectAtLeast(measure(dir.path()), 0.97, 0.97);
 }
 
+TEST(LetterCorpusTest, FindsRecipientsInTesseractRecognitions) {
+  std::cout << "Tesseract recognitions of rendered letters:\n";
+  expectAtLeast(measure(std::filesystem::path(ORMIDA_SOURCE_DIR) / "data/samples/letters"), 0.90,
+                0.90);
+}
+
 }  // namespace

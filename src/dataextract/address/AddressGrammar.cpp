@@ -139,8 +139,21 @@ bool isOutwardCode(u16string_view w) {
   if (i < w.size() && (isDigit(w[i]) || isUpper(w[i]))) ++i;
   return i == w.size();
 }
+// The letter an OCR engine most often reads as this digit or bracket, where a letter must
+// stand ("8X]" for "8XJ", "0" for "O"); 0 when there is none.
+char16_t letterFor(char16_t c) {
+  switch (c) {
+    case u'0': return u'O';
+    case u'1': case u'|': return u'I';
+    case u'5': return u'S';
+    case u'8': return u'B';
+    case u')': case u']': return u'J';
+    default: return isUpper(c) ? c : 0;
+  }
+}
+
 bool isInwardCode(u16string_view w) {
-  return w.size() == 3 && isDigit(w[0]) && isUpper(w[1]) && isUpper(w[2]);
+  return w.size() == 3 && isDigit(w[0]) && letterFor(w[1]) != 0 && letterFor(w[2]) != 0;
 }
 
 // "London SW1A 2AA", "LONDON SW1A 2AA" or the postcode alone under the town.
@@ -155,7 +168,9 @@ std::optional<Postal> ukPostal(u16string_view line) {
   if (!town.empty() && !isTownText(town)) return std::nullopt;
   u16string code(outward);
   code += u' ';
-  code += inward;
+  code += inward[0];
+  code += letterFor(inward[1]);
+  code += letterFor(inward[2]);
   return Postal{std::move(code), u16string(town)};
 }
 
@@ -432,7 +447,13 @@ std::optional<AddressFields> parseRecipientBlock(const std::vector<u16string>& l
   return fields;
 }
 
-std::optional<AddressFields> parseSenderLine(u16string_view line) {
+std::optional<AddressFields> parseSenderLine(u16string_view original) {
+  // OCR engines read the small middle dot of a return address as "«", "»", "+" or "*";
+  // none of these stands in a postal address, so they separate as the dot does.
+  u16string line(original);
+  for (char16_t& c : line) {
+    if (c == u'\u00AB' || c == u'\u00BB' || c == u'+' || c == u'*') c = u'\u00B7';
+  }
   for (u16string_view separator : kSenderSeparators) {
     if (line.find(separator) == u16string_view::npos) continue;
     std::vector<u16string> parts = split(line, separator);
@@ -449,7 +470,7 @@ std::optional<AddressFields> parseSenderLine(u16string_view line) {
     }
     auto fields = parseRecipientBlock(parts);
     if (!fields || fields->nameLines == 0) return std::nullopt;
-    fields->lines = {u16string(line)};
+    fields->lines = {u16string(original)};
     return fields;
   }
   return std::nullopt;
