@@ -22,6 +22,10 @@ using text::layout::Rect;
 // Sender and recipient blocks are at most this long: a letterhead with company, street,
 // town, phone, fax, e-mail, web, and registration or bank lines.
 constexpr std::size_t kLongestBlock = 10;
+// No address line is longer, not even a return address; longer lines (running text, a
+// line that swallowed a table row) end a run before the grammar reads them, which also
+// keeps the cost of a page with huge lines linear.
+constexpr std::size_t kLongestLine = 200;
 
 struct Candidate {
   AddressFields fields;
@@ -59,7 +63,9 @@ void forEachRun(const std::vector<LetterPage>& pages, Visit&& visit) {
       for (std::size_t first = 0; first < block.size(); ++first) {
         std::vector<std::u16string> texts;
         for (std::size_t count = 1; count <= kLongestBlock && first + count <= block.size(); ++count) {
-          texts.push_back(page.lines[block[first + count - 1]].text);
+          const std::u16string& text = page.lines[block[first + count - 1]].text;
+          if (text.size() > kLongestLine) break;
+          texts.push_back(text);
           visit(page, b, first, count, texts);
         }
       }
