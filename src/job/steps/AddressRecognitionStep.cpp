@@ -7,6 +7,9 @@
 #include "job/property_table.h"
 #include "job/steps/JobSteps.h"
 
+#include <rapidjson/stringbuffer.h>
+#include <rapidjson/writer.h>
+
 #include <stdexcept>
 
 namespace qent::job::steps {
@@ -55,20 +58,18 @@ void testTexts(JobExecution& execution) {
 }
 
 // The document's name with its extension replaced by ".json" (appended when it has none),
-// written as a JSON string so that a quote or backslash in a path keeps the text readable.
+// written as a JSON string so that a quote, backslash or control character in a path keeps
+// the text readable.
 std::string resultName(const std::string& name) {
   const std::size_t slash = name.find_last_of("/\\");
   const std::size_t dot = name.rfind('.');
   const bool hasExtension = dot != std::string::npos && (slash == std::string::npos || dot > slash);
   std::string json = hasExtension ? name.substr(0, dot) : name;
   json += ".json";
-  std::string quoted = "\"";
-  for (const char c : json) {
-    if (c == '"' || c == '\\') quoted += '\\';
-    quoted += c;
-  }
-  quoted += '"';
-  return quoted;
+  rapidjson::StringBuffer buffer;
+  rapidjson::Writer<rapidjson::StringBuffer> out(buffer);
+  out.String(json.data(), static_cast<rapidjson::SizeType>(json.size()));
+  return std::string(buffer.GetString(), buffer.GetSize());
 }
 
 void recognizeDocuments(JobExecution& execution) {
