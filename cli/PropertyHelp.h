@@ -1,7 +1,6 @@
 // PropertyHelp.h - the job properties a user sets most, with their types and defaults, for
 // `ormida --help`. The library accepts every name of its property table; this list is the
-// part of it that has an effect. Operations this release does not contain yet say so, so
-// nobody has to learn it from an error.
+// part of it that has an effect.
 #pragma once
 
 namespace ormida::cli {
@@ -57,13 +56,18 @@ inline constexpr PropertyHelp kProperties[] = {
     {"BestOfLayout.ReferenceImageFilename", "string", "empty", "PNG or JPEG page image that gives the page size"},
     {"BestOfLayout.OverlapThreshold", "float", "0.7", "share of the inputs that must agree on a word (0.7 of 3: 2)"},
     {"BestOfLayout.TraceDirectory", "string", "empty", "folder for one JSON file per page with the clusters and votes"},
-    {"AddressRecognition", "boolean", "false", "recognise address blocks instead of writing output [not built yet: fails with 20020]"},
+    {"AddressRecognition", "boolean", "false", "recognise recipient and sender blocks instead of writing output; layouts give AddressRecognition.Output, also written to OutputFilename"},
+    {"AddressRecognition.TestRecipient", "any", "unset", "with a text input: is it a recipient block? (AddressRecognition.TestRecipient: 1 or 0)"},
+    {"AddressRecognition.TestSender", "any", "unset", "with a text input: is it a sender block (return address, letterhead)? (AddressRecognition.TestSender)"},
+    {"AddressRecognition.TestRecipientSender", "any", "unset", "with two text inputs: the first as recipient, the second as sender"},
     {"TraceFilename", "string", "unset", "write a diagnostic trace to this file"},
 };
 
-// Results that --get can print; the others belong to operations not built yet.
+// Results that --get can print.
 inline constexpr const char* kResults[] = {"Compare.Result", "CompareErrorRate", "WordRecognizer.Result",
                                            "CheckMask.Result", "EntityExtraction.Result",
-                                           "TransformLayout"};
+                                           "TransformLayout", "AddressRecognition.Output",
+                                           "AddressRecognition.TestRecipient",
+                                           "AddressRecognition.TestSender"};
 
 }  // namespace ormida::cli

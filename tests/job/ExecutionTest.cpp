@@ -115,8 +115,6 @@ TEST(ExecutionTest, BadInputFailsWithAClearErrorAndKeepsTheEarlierOutput) {
        "unsupported output format specified"},
       {"NoFormat", "OutputFilename.Format", ";", ORMIDA_FAILED,
        "unsupported output format specified"},
-      {"OperationNotBuilt", "AddressRecognition", "true", 20020,
-       "Address recognition (AddressRecognition) is not available in this build"},
       {"CompareWithoutASecondDocument", "Compare", "true", ORMIDA_FAILED,
        "No CompareWidth document loaded"},
       badContent("PlainTextHasNoLayoutToWrite", "just some text\n", ORMIDA_FAILED,
