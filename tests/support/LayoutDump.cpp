@@ -4,14 +4,16 @@
 #include "base/NumberConversion.h"
 #include "base/Unicode.h"
 #include "layout/Layout.h"
-#include "layout/NodeVisitor.h"
 #include "layout/Nodes.h"
 
 #include <charconv>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <stdexcept>
 #include <string>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace qent::test {
@@ -58,161 +60,213 @@ std::string value(std::u16string_view text) { return value(base::utf16ToUtf8Leni
 
 std::string number(double x) { return base::formatShortest(x); }
 
-class Dumper : public NodeVisitor {
-public:
-  using NodeVisitor::visit;
-  std::string out;
-
-  void visit(Node& node) override { write("Node", node, {}, nullptr); }
-  void visit(Content& node) override {
-    const std::string typeName = node.typeName().empty() ? "" : value(node.typeName());
-    write("Content", node, typeName, [&] { text(node.text()); });
-  }
-  void visit(Image& node) override {
-    write("Image", node, {}, [&] { text(node.image()); });
-  }
-  void visit(Page& node) override {
-    write("Page", node, {}, [&] {
-      fields.clear();
-      if (node.width() != 0) field("w", std::to_string(node.width()));
-      if (node.height() != 0) field("h", std::to_string(node.height()));
-      if (!node.language().empty()) field("lang", value(node.language()));
-      if (node.indexInLayout() != 0) field("index", std::to_string(node.indexInLayout()));
-      if (node.textangle() != 0) field("angle", number(node.textangle()));
-      if (node.auxiliaryFloat() != 0) field("pfloat", number(node.auxiliaryFloat()));
-      if (node.auxiliaryNumber() != 0) field("pnum", std::to_string(node.auxiliaryNumber()));
-    });
-  }
-  void visit(Fragment& node) override { fragment("Fragment", node, {}, nullptr); }
-  void visit(Box& node) override {
-    // A new box is a content area, so that kind goes without its name.
-    const bool plain = node.boxKind() == Box::kContentArea;
-    fragment("Box", node, plain ? "" : value(node.typeName()), [&] {
-      if (Box::kindForName(node.typeName()) != node.boxKind()) {
-        field("kind", std::to_string(node.boxKind()));
-      }
-    });
-  }
-  void visit(Line& node) override {
-    fragment("Line", node, {}, [&] {
-      if (node.maxAscenders() != 0) field("asc", number(node.maxAscenders()));
-      if (node.maxDescenders() != 0) field("desc", number(node.maxDescenders()));
-      if (node.maxGlyphHeight() != 0) field("gh", number(node.maxGlyphHeight()));
-    });
-  }
-  void visit(Word& node) override {
-    fragment("Word", node, {}, [&] {
-      if (node.xChecked() != 0) field("checked", std::to_string(node.xChecked()));
-      if (node.xRejected() != 0) field("rejected", std::to_string(node.xRejected()));
-    });
-  }
-  void visit(Glyph& node) override { fragment("Glyph", node, {}, nullptr); }
-  void visit(Field& node) override { fragment("Field", node, {}, nullptr); }
-  void visit(Picture& node) override {
-    fragment("Picture", node, {}, [&] {
-      if (!node.imageSource().empty()) field("src", value(node.imageSource()));
-    });
-  }
-
-private:
-  std::vector<std::string> fields;
-  std::string textPart;
-  std::string rectPart;
-
-  void field(const char* name, const std::string& text) { fields.push_back(name + ("=" + text)); }
-  void text(const std::u16string& t) {
-    if (!t.empty()) textPart = quoted(base::utf16ToUtf8Lenient(t));
-  }
-
-  // "r g b", or "unset r g b" for components stored without the flag.
-  static std::string triple(const Rgb& c, bool has) {
-    return quoted((has ? "" : "unset ") + std::to_string(c.red) + " " +
-                  std::to_string(c.green) + " " + std::to_string(c.blue));
-  }
-
-  void fragment(const char* cls, Fragment& node, const std::string& typeName,
-                const std::function<void()>& own) {
-    write(cls, node, typeName, [&] {
-      const Rect& r = node.rect();
-      if (r.hasGeometry()) {
-        rectPart = "[" + std::to_string(r.left) + "," + std::to_string(r.top) + "," +
-                   std::to_string(r.width) + "," + std::to_string(r.height) + "]";
-      }
-      text(node.text());
-      if (node.storedConfidence() != -1) field("conf", number(node.storedConfidence()));
-      if (node.fontSize() != -1) field("size", number(node.fontSize()));
-      if (!node.fontFamily().empty()) field("family", value(node.fontFamily()));
-      if (node.fontStyle() != 0) field("style", std::to_string(node.fontStyle()));
-      if (node.fontWeight() != 0) field("weight", std::to_string(node.fontWeight()));
-      if (node.xSensibility() != 0) field("sens", number(node.xSensibility()));
-      if (node.textangle() != 0) field("angle", number(node.textangle()));
-      if (!node.xEntity().empty()) field("entity", value(node.xEntity()));
-      if (!node.polygon().empty()) {
-        std::string points;
-        for (const Point& p : node.polygon()) {
-          if (!points.empty()) points += ";";
-          points += std::to_string(p.x) + " " + std::to_string(p.y);
-        }
-        field("poly", quoted(points));
-      }
-      if (!node.baseline().empty()) {
-        std::string coefficients;
-        for (const double c : node.baseline()) {
-          if (!coefficients.empty()) coefficients += " ";
-          coefficients += number(c);
-        }
-        field("base", quoted(coefficients));
-      }
-      if (node.hasColor() || node.color() != Rgb{}) {
-        field("color", triple(node.color(), node.hasColor()));
-      }
-      if (node.hasBackgroundColor() || node.backgroundColor() != Rgb{}) {
-        field("bg", triple(node.backgroundColor(), node.hasBackgroundColor()));
-      }
-      if (own) own();
-    });
-  }
-
-  // Writes one node; `own` fills textPart, rectPart and fields for the class.
-  void write(const char* cls, Node& node, const std::string& typeName,
-             const std::function<void()>& own) {
-    fields.clear();
-    textPart.clear();
-    rectPart.clear();
-    out += cls;
-    if (!node.id().empty()) out += "#" + value(node.id());
-    if (!typeName.empty()) out += ":" + typeName;
-    if (own) own();
-    for (const auto& [key, val] : node.attributes()) fields.push_back("@" + value(key) + "=" + value(val));
-    for (const auto& [key, val] : node.auxiliaryAttributes()) {
-      fields.push_back("&" + value(key) + "=" + value(val));
-    }
-    out += rectPart + textPart;
-    if (!fields.empty()) {
-      out += "(";
-      for (std::size_t i = 0; i < fields.size(); ++i) out += (i ? "," : "") + fields[i];
-      out += ")";
-    }
-    if (node.childCount() > 0) {
-      out += "{";
-      for (std::size_t i = 0; i < node.childCount(); ++i) {
-        if (i > 0) out += ",";
-        node.child(i).accept(*this);
-      }
-      out += "}";
-    }
-  }
+// A bad value in a dump; the parser adds where it stands.
+struct BadValue : std::invalid_argument {
+  using std::invalid_argument::invalid_argument;
 };
+
+template <class T>
+T integerOf(const std::string& text) {
+  T v = 0;
+  const auto [ptr, ec] = std::from_chars(text.data(), text.data() + text.size(), v);
+  if (ec != std::errc() || ptr != text.data() + text.size()) throw BadValue("bad integer " + text);
+  return v;
+}
+double realOf(const std::string& text) {
+  try {
+    return base::parseDouble(text);
+  } catch (const std::exception&) {
+    throw BadValue("bad number " + text);
+  }
+}
+
+template <class T>
+std::string toText(const T& x) {
+  if constexpr (std::is_same_v<T, double>) return number(x);
+  else if constexpr (std::is_integral_v<T>) return std::to_string(x);
+  else return value(x);
+}
+// Narrower integers are read as 64-bit ones and cut, as a cast in the code under test would.
+template <class T>
+T fromText(const std::string& text) {
+  if constexpr (std::is_same_v<T, double>) return realOf(text);
+  else if constexpr (std::is_same_v<T, std::uint64_t>) return integerOf<std::uint64_t>(text);
+  else if constexpr (std::is_integral_v<T>) return static_cast<T>(integerOf<std::int64_t>(text));
+  else if constexpr (std::is_same_v<T, std::u16string>) return base::utf8ToUtf16(text);
+  else return text;
+}
+
+// A field holding one value of one class, written when it differs from a new node's value.
+// Both directions come from the same getter and setter, so dump and parser cannot drift.
+struct PlainField {
+  const char* name;
+  std::function<std::optional<std::string>(const Node&)> get;  // none: other class or unset
+  std::function<bool(Node&, const std::string&)> set;          // false: other class
+};
+
+template <class C, class T, class S>
+PlainField plain(const char* name, T (C::*get)() const, void (C::*set)(S), std::decay_t<T> unset) {
+  return {name,
+          [=](const Node& node) -> std::optional<std::string> {
+            const auto* c = dynamic_cast<const C*>(&node);
+            if (c == nullptr || (c->*get)() == unset) return std::nullopt;
+            return toText((c->*get)());
+          },
+          [=](Node& node, const std::string& text) {
+            auto* c = dynamic_cast<C*>(&node);
+            if (c == nullptr) return false;
+            (c->*set)(fromText<std::decay_t<T>>(text));
+            return true;
+          }};
+}
+
+// Written before the fragment's polygon, baseline and colours.
+const std::vector<PlainField> kFragmentFields = {
+    plain("conf", &Fragment::storedConfidence, &Fragment::setConfidence, -1.0),
+    plain("size", &Fragment::fontSize, &Fragment::setFontSize, -1.0),
+    plain("family", &Fragment::fontFamily, &Fragment::setFontFamily, {}),
+    plain("style", &Fragment::fontStyle, &Fragment::setFontStyle, 0),
+    plain("weight", &Fragment::fontWeight, &Fragment::setFontWeight, 0),
+    plain("sens", &Fragment::xSensibility, &Fragment::setXSensibility, 0.0),
+    plain("angle", &Fragment::textangle, &Fragment::setTextangle, 0.0),
+    plain("entity", &Fragment::xEntity, &Fragment::setXEntity, {})};
+// Written after them; a page is no fragment, so "angle" is never taken twice.
+const std::vector<PlainField> kClassFields = {
+    plain("asc", &Line::maxAscenders, &Line::setMaxAscenders, 0.0),
+    plain("desc", &Line::maxDescenders, &Line::setMaxDescenders, 0.0),
+    plain("gh", &Line::maxGlyphHeight, &Line::setMaxGlyphHeight, 0.0),
+    plain("checked", &Word::xChecked, &Word::setXChecked, 0),
+    plain("rejected", &Word::xRejected, &Word::setXRejected, 0),
+    plain("src", &Picture::imageSource, &Picture::setImageSource, {}),
+    plain("w", &Page::width, &Page::setWidth, 0),
+    plain("h", &Page::height, &Page::setHeight, 0),
+    plain("lang", &Page::language, &Page::setLanguage, {}),
+    plain("index", &Page::indexInLayout, &Page::setIndexInLayout, 0),
+    plain("angle", &Page::textangle, &Page::setTextangle, 0.0),
+    plain("pfloat", &Page::auxiliaryFloat, &Page::setAuxiliaryFloat, 0.0),
+    plain("pnum", &Page::auxiliaryNumber, &Page::setAuxiliaryNumber, 0)};
+
+template <class C>
+std::unique_ptr<Node> create() {
+  return std::make_unique<C>();
+}
+
+// In the order of NodeClass, so that a node's class code indexes its name.
+const std::pair<const char*, std::unique_ptr<Node> (*)()> kClasses[] = {
+    {"Node", create<Node>},       {"Page", create<Page>},         {"Image", create<Image>},
+    {"Content", create<Content>}, {"Fragment", create<Fragment>}, {"Box", create<Box>},
+    {"Line", create<Line>},       {"Word", create<Word>},         {"Glyph", create<Glyph>},
+    {"Picture", create<Picture>}, {"Field", create<Field>}};
+
+// "r g b", or "unset r g b" for components stored without the flag.
+std::string triple(const Rgb& c, bool has) {
+  return quoted((has ? "" : "unset ") + std::to_string(c.red) + " " + std::to_string(c.green) +
+                " " + std::to_string(c.blue));
+}
+
+// The fields of a fragment that are not one plain value.
+void compoundFields(const Fragment& node, std::vector<std::string>& fields) {
+  if (!node.polygon().empty()) {
+    std::string points;
+    for (const Point& p : node.polygon()) {
+      if (!points.empty()) points += ";";
+      points += std::to_string(p.x) + " " + std::to_string(p.y);
+    }
+    fields.push_back("poly=" + quoted(points));
+  }
+  if (!node.baseline().empty()) {
+    std::string coefficients;
+    for (const double c : node.baseline()) {
+      if (!coefficients.empty()) coefficients += " ";
+      coefficients += number(c);
+    }
+    fields.push_back("base=" + quoted(coefficients));
+  }
+  if (node.hasColor() || node.color() != Rgb{}) {
+    fields.push_back("color=" + triple(node.color(), node.hasColor()));
+  }
+  if (node.hasBackgroundColor() || node.backgroundColor() != Rgb{}) {
+    fields.push_back("bg=" + triple(node.backgroundColor(), node.hasBackgroundColor()));
+  }
+  // A new box is a content area, and a kind its type name gives back goes without saying.
+  const auto* box = dynamic_cast<const Box*>(&node);
+  if (box != nullptr && Box::kindForName(box->typeName()) != box->boxKind()) {
+    fields.push_back("kind=" + std::to_string(box->boxKind()));
+  }
+}
+
+// Appended, not added: GCC 12 warns falsely (-Wrestrict) on a literal plus a temporary.
+std::string attribute(char mark, std::u16string_view key, std::u16string_view val) {
+  std::string out(1, mark);
+  out += value(key);
+  out += '=';
+  out += value(val);
+  return out;
+}
+
+void dumpNode(const Node& node, std::string& out) {
+  out += kClasses[static_cast<std::size_t>(node.nodeClass())].first;
+  if (!node.id().empty()) out += "#" + value(node.id());
+  const std::u16string* text = nullptr;
+  std::string rect;
+  std::vector<std::string> fields;
+  const auto* fragment = dynamic_cast<const Fragment*>(&node);
+  if (const auto* content = dynamic_cast<const Content*>(&node)) {
+    if (!content->typeName().empty()) out += ":" + value(content->typeName());
+    text = &content->text();
+  } else if (const auto* image = dynamic_cast<const Image*>(&node)) {
+    text = &image->image();
+  } else if (fragment != nullptr) {
+    const auto* box = dynamic_cast<const Box*>(&node);
+    if (box != nullptr && box->boxKind() != Box::kContentArea) out += ":" + value(box->typeName());
+    const Rect& r = fragment->rect();
+    if (r.hasGeometry()) {
+      rect = "[" + std::to_string(r.left) + "," + std::to_string(r.top) + "," +
+             std::to_string(r.width) + "," + std::to_string(r.height) + "]";
+    }
+    text = &fragment->text();
+  }
+  for (const PlainField& f : kFragmentFields) {
+    if (auto t = f.get(node)) fields.push_back(f.name + ("=" + *t));
+  }
+  if (fragment != nullptr) compoundFields(*fragment, fields);
+  for (const PlainField& f : kClassFields) {
+    if (auto t = f.get(node)) fields.push_back(f.name + ("=" + *t));
+  }
+  for (const auto& [key, val] : node.attributes()) fields.push_back(attribute('@', key.view(), val));
+  for (const auto& [key, val] : node.auxiliaryAttributes()) {
+    fields.push_back(attribute('&', key.view(), val));
+  }
+  out += rect;
+  if (text != nullptr && !text->empty()) out += quoted(base::utf16ToUtf8Lenient(*text));
+  if (!fields.empty()) {
+    out += "(";
+    for (std::size_t i = 0; i < fields.size(); ++i) out += (i ? "," : "") + fields[i];
+    out += ")";
+  }
+  if (node.childCount() > 0) {
+    out += "{";
+    for (std::size_t i = 0; i < node.childCount(); ++i) {
+      if (i > 0) out += ",";
+      dumpNode(node.child(i), out);
+    }
+    out += "}";
+  }
+}
 
 class Parser {
 public:
   explicit Parser(std::string_view text) : text_(text) {}
 
   std::unique_ptr<Node> parseAll() {
-    auto node = parseNode();
-    skipBlanks();
-    if (pos_ != text_.size()) fail("text after the tree");
-    return node;
+    try {
+      auto node = parseNode();
+      skipBlanks();
+      if (pos_ != text_.size()) fail("text after the tree");
+      return node;
+    } catch (const BadValue& e) {
+      fail(e.what());  // the offset is still where the value ended
+    }
   }
 
 private:
@@ -277,25 +331,6 @@ private:
     if (bare.empty()) fail("expected a value");
     return bare;
   }
-  std::int64_t integer(const std::string& text) {
-    std::int64_t v = 0;
-    const auto [ptr, ec] = std::from_chars(text.data(), text.data() + text.size(), v);
-    if (ec != std::errc() || ptr != text.data() + text.size()) fail("bad integer " + text);
-    return v;
-  }
-  std::uint64_t unsignedInteger(const std::string& text) {
-    std::uint64_t v = 0;
-    const auto [ptr, ec] = std::from_chars(text.data(), text.data() + text.size(), v);
-    if (ec != std::errc() || ptr != text.data() + text.size()) fail("bad integer " + text);
-    return v;
-  }
-  double real(const std::string& text) {
-    try {
-      return base::parseDouble(text);
-    } catch (const std::exception&) {
-      fail("bad number " + text);
-    }
-  }
   std::vector<std::string> split(const std::string& text, char separator) {
     std::vector<std::string> parts;
     std::string part;
@@ -314,57 +349,39 @@ private:
     const bool unset = text.rfind("unset ", 0) == 0;
     const auto parts = split(unset ? text.substr(6) : text, ' ');
     if (parts.size() != 3) fail("colour needs three numbers");
-    set(Rgb{static_cast<std::uint8_t>(integer(parts[0])),
-            static_cast<std::uint8_t>(integer(parts[1])),
-            static_cast<std::uint8_t>(integer(parts[2]))},
+    set(Rgb{static_cast<std::uint8_t>(integerOf<std::int64_t>(parts[0])),
+            static_cast<std::uint8_t>(integerOf<std::int64_t>(parts[1])),
+            static_cast<std::uint8_t>(integerOf<std::int64_t>(parts[2]))},
         !unset);
   }
 
   std::unique_ptr<Node> make(const std::string& cls) {
-    if (cls == "Node") return std::make_unique<Node>();
-    if (cls == "Page") return std::make_unique<Page>();
-    if (cls == "Image") return std::make_unique<Image>();
-    if (cls == "Content") return std::make_unique<Content>();
-    if (cls == "Fragment") return std::make_unique<Fragment>();
-    if (cls == "Box") return std::make_unique<Box>();
-    if (cls == "Line") return std::make_unique<Line>();
-    if (cls == "Word") return std::make_unique<Word>();
-    if (cls == "Glyph") return std::make_unique<Glyph>();
-    if (cls == "Picture") return std::make_unique<Picture>();
-    if (cls == "Field") return std::make_unique<Field>();
+    for (const auto& [name, create] : kClasses) {
+      if (cls == name) return create();
+    }
     fail("unknown class '" + cls + "'");
   }
 
   void setField(Node& node, const std::string& name, const std::string& text) {
-    auto* fragment = dynamic_cast<Fragment*>(&node);
-    auto* page = dynamic_cast<Page*>(&node);
-    auto* line = dynamic_cast<Line*>(&node);
-    auto* wordNode = dynamic_cast<Word*>(&node);
-    auto* box = dynamic_cast<Box*>(&node);
-    auto* picture = dynamic_cast<Picture*>(&node);
-    auto u16 = [](const std::string& s) { return base::utf8ToUtf16(s); };
-    if (fragment != nullptr) {
-      if (name == "conf") return fragment->setConfidence(real(text));
-      if (name == "size") return fragment->setFontSize(real(text));
-      if (name == "family") return fragment->setFontFamily(u16(text));
-      if (name == "style") return fragment->setFontStyle(static_cast<std::uint32_t>(integer(text)));
-      if (name == "weight") return fragment->setFontWeight(static_cast<std::uint32_t>(integer(text)));
-      if (name == "sens") return fragment->setXSensibility(real(text));
-      if (name == "angle") return fragment->setTextangle(real(text));
-      if (name == "entity") return fragment->setXEntity(text);
+    for (const auto* table : {&kFragmentFields, &kClassFields}) {
+      for (const PlainField& f : *table) {
+        if (name == f.name && f.set(node, text)) return;
+      }
+    }
+    if (auto* fragment = dynamic_cast<Fragment*>(&node)) {
       if (name == "poly") {
         std::vector<Point> points;
         for (const auto& p : split(text, ';')) {
           const auto xy = split(p, ' ');
           if (xy.size() != 2) fail("polygon point needs two numbers");
-          points.push_back(Point{static_cast<std::int32_t>(integer(xy[0])),
-                                 static_cast<std::int32_t>(integer(xy[1]))});
+          points.push_back(Point{static_cast<std::int32_t>(integerOf<std::int64_t>(xy[0])),
+                                 static_cast<std::int32_t>(integerOf<std::int64_t>(xy[1]))});
         }
         return fragment->setPolygon(std::move(points));
       }
       if (name == "base") {
         std::vector<double> coefficients;
-        for (const auto& c : split(text, ' ')) coefficients.push_back(real(c));
+        for (const auto& c : split(text, ' ')) coefficients.push_back(realOf(c));
         return fragment->setBaseline(std::move(coefficients));
       }
       if (name == "color") {
@@ -380,31 +397,13 @@ private:
         });
       }
     }
+    auto* box = dynamic_cast<Box*>(&node);
     if (box != nullptr && name == "kind") {
-      const auto kind = static_cast<std::uint32_t>(integer(text));
+      const auto kind = static_cast<std::uint32_t>(integerOf<std::int64_t>(text));
       // The custom kind keeps the name given before it ("Box:content_area(kind=25)").
       if (kind == Box::kCustomKind) box->setTypeName(std::u16string(box->typeName()));
       else box->setBoxKind(kind);
       return;
-    }
-    if (line != nullptr) {
-      if (name == "asc") return line->setMaxAscenders(real(text));
-      if (name == "desc") return line->setMaxDescenders(real(text));
-      if (name == "gh") return line->setMaxGlyphHeight(real(text));
-    }
-    if (wordNode != nullptr) {
-      if (name == "checked") return wordNode->setXChecked(unsignedInteger(text));
-      if (name == "rejected") return wordNode->setXRejected(unsignedInteger(text));
-    }
-    if (picture != nullptr && name == "src") return picture->setImageSource(u16(text));
-    if (page != nullptr) {
-      if (name == "w") return page->setWidth(static_cast<std::uint32_t>(integer(text)));
-      if (name == "h") return page->setHeight(static_cast<std::uint32_t>(integer(text)));
-      if (name == "lang") return page->setLanguage(text);
-      if (name == "index") return page->setIndexInLayout(static_cast<std::uint32_t>(integer(text)));
-      if (name == "angle") return page->setTextangle(real(text));
-      if (name == "pfloat") return page->setAuxiliaryFloat(real(text));
-      if (name == "pnum") return page->setAuxiliaryNumber(static_cast<std::uint32_t>(integer(text)));
     }
     fail("field '" + name + "' does not belong to this class");
   }
@@ -435,7 +434,7 @@ private:
         std::string digits;
         if (take('-')) digits = "-";
         digits += word();
-        v[i] = integer(digits);
+        v[i] = integerOf<std::int64_t>(digits);
       }
       expect(']');
       fragment->setRect(Rect{static_cast<std::int32_t>(v[0]), static_cast<std::int32_t>(v[1]),
@@ -483,10 +482,9 @@ private:
 }  // namespace
 
 std::string dump(const Node& node) {
-  Dumper dumper;
-  // The dump only reads; the visitor interface wants mutable nodes.
-  const_cast<Node&>(node).accept(dumper);
-  return dumper.out;
+  std::string out;
+  dumpNode(node, out);
+  return out;
 }
 
 std::string dump(const Layout& layout) {

@@ -44,43 +44,30 @@ TEST(ComparatorTest, CountsBothSidesOfAPair) {
     const char* right;
     bool characterwise;
     bool countLengthDifference;
+    CompareMode mode;
     const char* want;
   };
+  constexpr CompareMode kText = CompareMode::Text, kEntity = CompareMode::Entity;
   const Case cases[] = {
-      {"ab", "abcd", true, false, "2/0/0 4/2/2 0.666667"},
-      {"abc", "abxd", true, false, "3/1/1 4/2/2 0.571429"},
-      {"", "", true, true, "0/0/0 0/0/0 1.000000"},  // count 0 is rate 1
-      {"abc", "ABC", false, true, "1/1/0 1/1/0 0.000000"},
-      {"ab", "abcd", false, true, "1/1/0 1/1/2 0.000000"},
-      {"ab", "abcd", false, false, "1/1/1 1/1/1 0.000000"},
+      {"\"ab\"", "\"abcd\"", true, false, kText, "2/0/0 4/2/2 0.666667"},
+      {"\"abc\"", "\"abxd\"", true, false, kText, "3/1/1 4/2/2 0.571429"},
+      {"\"\"", "\"\"", true, true, kText, "0/0/0 0/0/0 1.000000"},  // count 0 is rate 1
+      {"\"abc\"", "\"ABC\"", false, true, kText, "1/1/0 1/1/0 0.000000"},
+      {"\"ab\"", "\"abcd\"", false, true, kText, "1/1/0 1/1/2 0.000000"},
+      {"\"ab\"", "\"abcd\"", false, false, kText, "1/1/1 1/1/1 0.000000"},
       // An astral character is two code units.
-      {"a\xF0\x9D\x90\x80", "a", true, true, "3/2/2 1/0/0 0.500000"}};
+      {"\"a\xF0\x9D\x90\x80\"", "\"a\"", true, true, kText, "3/2/2 1/0/0 0.500000"},
+      // The entity mode compares only the part of the mark before the first blank, whatever
+      // the texts.
+      {"\"ab\"(entity=\"PER B-1\")", "\"abc\"(entity=\"PER I-2\")", true, true, kEntity,
+       "1/0/0 1/0/0 1.000000"},
+      {"\"ab\"(entity=PER)", "\"abc\"(entity=ORG)", true, false, kEntity, "1/1/1 1/1/1 0.000000"},
+      {"\"ab\"(entity=per)", "\"abc\"(entity=PER)", true, true, kEntity, "1/1/0 1/1/0 0.000000"},
+      {"\"ab\"(entity=PER)", "\"abc\"", true, true, kEntity, "1/1/0 1/1/0 0.000000"},
+      // No mark on either side counts nothing.
+      {"\"ab\"", "\"abc\"", true, false, kEntity, "0/0/0 0/0/0 1.000000"}};
   for (const Case& c : cases) {
-    EXPECT_EQ(pair(std::string("\"") + c.left + "\"", std::string("\"") + c.right + "\"",
-                   options(c.characterwise, c.countLengthDifference)),
-              c.want)
-        << c.left << " vs " << c.right;
-  }
-}
-
-TEST(ComparatorTest, EntityModeComparesTheEntityClass) {
-  struct Case {
-    const char* left;
-    const char* right;
-    bool countLengthDifference;
-    const char* want;
-  };
-  const Case cases[] = {
-      // Only the part before the first blank is the class.
-      {"(entity=\"PER B-1\")", "(entity=\"PER I-2\")", true, "1/0/0 1/0/0 1.000000"},
-      {"(entity=PER)", "(entity=ORG)", false, "1/1/1 1/1/1 0.000000"},
-      {"(entity=per)", "(entity=PER)", true, "1/1/0 1/1/0 0.000000"},
-      {"(entity=PER)", "", true, "1/1/0 1/1/0 0.000000"},
-      // No annotation on either side counts nothing.
-      {"", "", false, "0/0/0 0/0/0 1.000000"}};
-  for (const Case& c : cases) {
-    EXPECT_EQ(pair(std::string("\"ab\"") + c.left, std::string("\"abc\"") + c.right,
-                   options(true, c.countLengthDifference, CompareMode::Entity)),
+    EXPECT_EQ(pair(c.left, c.right, options(c.characterwise, c.countLengthDifference, c.mode)),
               c.want)
         << c.left << " vs " << c.right;
   }
