@@ -140,7 +140,7 @@ TEST(AddressRecognitionJobTest, LayoutsGiveOneTextWithAnEntryPerDocumentInsteadO
       R"("Tel. 040 123456"],"name":null,"page":1,"phone":"040 123456","postalCode":"20095",)"
       R"("rect":{"height":190,"left":1476,"top":140,"width":280},"street":"Ringstraße",)"
       R"("town":"Hamburg","web":null}}, )"
-      "\n" + quoted(dir / "in" / "recipient.json") +
+      "\n" + quoted(dir / "in/recipient.json") +
       ": "
       R"({"recipient":{"company":null,"confidence":0.61,"country":null,"houseNumber":"5",)"
       R"("lines":["Herrn","Max Müller","Hauptstraße 5","10115 Berlin"],"name":"Max Müller",)"
