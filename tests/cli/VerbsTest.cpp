@@ -9,6 +9,7 @@
 
 #if !defined(_WIN32)
 
+#include <cstdint>
 #include <random>
 #include <tuple>
 
@@ -132,7 +133,15 @@ TEST(VerbsTest, SummarizeMergesPartsIntoTheWhole) {
   ASSERT_TRUE(a.IsObject() && b.IsObject());
   EXPECT_EQ(a["totals"], b["totals"]);
   EXPECT_EQ(a["documents"].Size(), b["documents"].Size());
-  EXPECT_GT(a["totals"]["character_edits"].GetUint64(), 0u);
+  // Totals are the sums of the documents' counts.
+  std::uint64_t characterEdits = 0, wordEdits = 0;
+  for (const auto& document : a["documents"].GetArray()) {
+    characterEdits += document["character_edits"].GetUint64();
+    wordEdits += document["word_edits"].GetUint64();
+  }
+  EXPECT_EQ(a["totals"]["character_edits"].GetUint64(), characterEdits);
+  EXPECT_EQ(a["totals"]["word_edits"].GetUint64(), wordEdits);
+  EXPECT_GT(wordEdits, 0u);
 
   // The same part twice would count its documents twice; other units cannot be added.
   EXPECT_EQ(runCli("summarize whole.json whole.json", dir).status, 1);
