@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <random>
 #include <tuple>
+#include <vector>
 
 namespace {
 
@@ -94,6 +95,20 @@ TEST(VerbsTest, FolderComparisonPairsByStemAndSkipsWhatFails) {
   EXPECT_NE(csv.find("\n(total),,,2,"), std::string::npos) << csv;
 }
 
+// A page of one line whose words stand 150 pixels apart; an empty word leaves its place.
+std::string layout(const std::vector<std::string>& words) {
+  std::string out = R"({"root":{"type":"node","children":[{"type":"page","width":2000,)"
+                    R"("height":100,"index_in_layout":0,"children":[{"type":"line","left":0,)"
+                    R"("top":0,"width":2000,"height":50,"children":[)";
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    if (words[i].empty()) continue;
+    if (out.back() == '}') out += ",";
+    out += R"({"type":"word","text":")" + words[i] + R"(","left":)" + std::to_string(i * 150) +
+           R"(,"top":0,"width":100,"height":50})";
+  }
+  return out + "]}]}]}}";
+}
+
 // A generated corpus compared whole and in three parts: the merged parts give exactly the
 // whole's totals and documents.
 TEST(VerbsTest, SummarizeMergesPartsIntoTheWhole) {
@@ -101,14 +116,15 @@ TEST(VerbsTest, SummarizeMergesPartsIntoTheWhole) {
   std::mt19937 random(20261125);
   const char* words[] = {"ship", "harbour", "tide", "quay", "crane", "rope", "anchor"};
   for (int d = 0; d < 12; ++d) {
-    std::string truth, ocr;
+    std::vector<std::string> truthWords, ocrWords;
     for (int w = 0; w < 8; ++w) {
       std::string word = words[random() % 7];
-      truth += (w ? " " : "") + word;
+      truthWords.push_back(word);
       if (random() % 3 == 0) word[random() % word.size()] = 'x';
-      if (random() % 5 != 0) ocr += (w ? " " : "") + word;
+      ocrWords.push_back(random() % 5 != 0 ? word : "");
     }
-    const std::string name = "doc" + std::to_string(d) + ".txt";
+    const std::string truth = layout(truthWords), ocr = layout(ocrWords);
+    const std::string name = "doc" + std::to_string(d) + ".json";
     const std::string part = "part" + std::to_string(random() % 3) + "/";
     dir.write("gt/" + name, truth);
     dir.write("ocr/" + name, ocr);

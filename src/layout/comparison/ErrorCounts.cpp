@@ -2,6 +2,7 @@
 // finished comparison.
 #include "layout/comparison/ErrorCounts.h"
 
+#include "base/QentException.h"
 #include "layout/NodeText.h"
 #include "layout/comparison/Comparator.h"
 #include "layout/comparison/EditDistance.h"
@@ -112,6 +113,14 @@ ErrorCounts& ErrorCounts::operator+=(const ErrorCounts& other) {
 }
 
 TextMetrics measureErrors(const Comparator& comparator, const MetricsOptions& options) {
+  // Refused up front, not at the first text that needs it: an ASCII-only document must not
+  // pass where another would fail.
+  if ((options.normalization != base::Normalization::None || options.graphemes) &&
+      !base::hasUnicodeSegmentation()) {
+    throw base::QentException(base::kErrorOption,
+                              "this build of the library cannot normalize text or count "
+                              "grapheme clusters (built without utf8proc)");
+  }
   TextMetrics metrics;
   metrics.options = options;
   metrics.withWords = comparator.level() != CompareLevel::Glyph;
