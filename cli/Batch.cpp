@@ -11,18 +11,27 @@
 
 namespace ormida::cli {
 
+std::filesystem::path utf8Path(const std::string& utf8) {
+  return std::filesystem::path(std::u8string(utf8.begin(), utf8.end()));
+}
+
+std::string utf8Name(const std::filesystem::path& path) {
+  const std::u8string name = path.u8string();
+  return std::string(name.begin(), name.end());
+}
+
 std::vector<std::filesystem::path> filesOf(const std::filesystem::path& folder) {
   std::vector<std::filesystem::path> files;
   for (const auto& entry : std::filesystem::directory_iterator(folder)) {
     if (!entry.is_regular_file()) continue;
-    if (entry.path().filename().string().rfind('.', 0) == 0) continue;
+    if (utf8Name(entry.path().filename()).rfind('.', 0) == 0) continue;
     files.push_back(entry.path());
   }
   std::sort(files.begin(), files.end());
   return files;
 }
 
-std::string stemOf(const std::filesystem::path& file) { return file.stem().string(); }
+std::string stemOf(const std::filesystem::path& file) { return utf8Name(file.stem()); }
 
 Pairing pairByStem(const std::filesystem::path& truthFolder,
                    const std::filesystem::path& recognitionFolder) {
@@ -40,14 +49,14 @@ Pairing pairByStem(const std::filesystem::path& truthFolder,
     if (files.size() > 1 || (other != recognition.end() && other->second.size() > 1)) {
       pairing.problems.push_back("\"" + stem + "\" names several files in one folder; skipped");
     } else if (other == recognition.end()) {
-      pairing.problems.push_back(files.front().string() + " has no recognition; skipped");
+      pairing.problems.push_back(utf8Name(files.front()) + " has no recognition; skipped");
     } else {
       pairing.pairs.push_back({stem, files.front(), other->second.front()});
     }
   }
   for (const auto& [stem, files] : recognition) {
     if (truth.count(stem) == 0) {
-      pairing.problems.push_back(files.front().string() + " has no ground truth; skipped");
+      pairing.problems.push_back(utf8Name(files.front()) + " has no ground truth; skipped");
     }
   }
   return pairing;

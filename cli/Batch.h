@@ -11,6 +11,11 @@ namespace ormida::cli {
 
 class Progress;
 
+// File names cross as UTF-8, as the library takes them. std::filesystem's narrow strings
+// are the ANSI code page on Windows, so paths convert through char8_t here instead.
+std::filesystem::path utf8Path(const std::string& utf8);
+std::string utf8Name(const std::filesystem::path& path);
+
 struct FilePair {
   std::string name;  // the shared stem
   std::filesystem::path truth;

@@ -41,7 +41,7 @@ public:
   bool chosen() const override { return command_->parsed(); }
 
   int run() override {
-    if (fs::is_directory(input_)) return runFolder();
+    if (fs::is_directory(utf8Path(input_))) return runFolder();
     if (const std::string why = unusableInputName(input_); !why.empty()) {
       std::cerr << "ormida check: " << input_ << ": " << why << "\n";
       return kExitUsage;
@@ -76,21 +76,21 @@ private:
       return kExitUsage;
     }
     std::error_code failed;
-    fs::create_directories(out_, failed);
-    if (failed || !fs::is_directory(out_)) {
+    fs::create_directories(utf8Path(out_), failed);
+    if (failed || !fs::is_directory(utf8Path(out_))) {
       std::cerr << "ormida check: cannot create the folder " << out_ << "\n";
       return kExitFailed;
     }
     const std::string extension = format_ == "text" ? ".txt" : "." + format_;
-    const std::vector<fs::path> files = filesOf(input_);
+    const std::vector<fs::path> files = filesOf(utf8Path(input_));
     std::atomic<std::size_t> failures{0};
     Progress progress(files.size(), standardErrorIsTerminal(), std::cerr);
     runOnThreads(files.size(), threads_ != 0 ? threads_ : defaultThreads(), [&](std::size_t i) {
-      std::string error = unusableInputName(files[i].string());
+      std::string error = unusableInputName(utf8Name(files[i]));
       try {
         if (error.empty()) {
-          const fs::path report = fs::path(out_) / (stemOf(files[i]) + ".check" + extension);
-          const JobOutcome outcome = runJob(jobProperties(files[i].string(), report.string()), "");
+          const fs::path report = utf8Path(out_) / (stemOf(files[i]) + ".check" + extension);
+          const JobOutcome outcome = runJob(jobProperties(utf8Name(files[i]), utf8Name(report)), "");
           if (outcome.ok) return;
           error = outcome.error;
         }
@@ -98,7 +98,7 @@ private:
         error = e.what();
       }
       ++failures;
-      progress.note("ormida: " + files[i].string() + " failed: " + error);
+      progress.note("ormida: " + utf8Name(files[i]) + " failed: " + error);
     }, progress);
     std::cout << files.size() - failures << " of " << files.size() << " files checked; reports in "
               << out_ << "\n";

@@ -52,8 +52,8 @@ public:
   bool chosen() const override { return command_->parsed(); }
 
   int run() override {
-    const bool truthFolder = fs::is_directory(truth_);
-    const bool recognitionFolder = fs::is_directory(recognition_);
+    const bool truthFolder = fs::is_directory(utf8Path(truth_));
+    const bool recognitionFolder = fs::is_directory(utf8Path(recognition_));
     if (truthFolder != recognitionFolder) {
       std::cerr << "ormida compare: GT and OCR must both be files or both be folders\n";
       return kExitUsage;
@@ -97,7 +97,7 @@ private:
       std::cerr << "ormida compare: --report takes one pair of files, not folders\n";
       return kExitUsage;
     }
-    const Pairing pairing = pairByStem(truth_, recognition_);
+    const Pairing pairing = pairByStem(utf8Path(truth_), utf8Path(recognition_));
     for (const std::string& problem : pairing.problems) std::cerr << "ormida: " << problem << "\n";
     const std::size_t count = pairing.pairs.size();
     // Each slot is written by the one thread that ran its pair, read after all have joined.
@@ -107,11 +107,11 @@ private:
     runOnThreads(count, threads_ != 0 ? threads_ : defaultThreads(), [&](std::size_t i) {
       const FilePair& pair = pairing.pairs[i];
       try {
-        std::string why = unusableInputName(pair.truth.string());
-        if (why.empty()) why = unusableInputName(pair.recognition.string());
+        std::string why = unusableInputName(utf8Name(pair.truth));
+        if (why.empty()) why = unusableInputName(utf8Name(pair.recognition));
         JobOutcome outcome;
         if (why.empty()) {
-          outcome = runJob(jobProperties(pair.truth.string(), pair.recognition.string()),
+          outcome = runJob(jobProperties(utf8Name(pair.truth), utf8Name(pair.recognition)),
                            "Compare.Result");
         } else {
           outcome.error = why;
@@ -119,8 +119,8 @@ private:
         if (outcome.ok) {
           DocumentCounts document = countsFromResult(outcome.result);
           document.name = pair.name;
-          document.truth = pair.truth.filename().string();
-          document.recognition = pair.recognition.filename().string();
+          document.truth = utf8Name(pair.truth.filename());
+          document.recognition = utf8Name(pair.recognition.filename());
           counts[i] = std::move(document);
           return;
         }

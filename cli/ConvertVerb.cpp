@@ -30,7 +30,7 @@ const std::map<std::string, OutputFormat> kFormats = {
 // The format an output file's extension names, or empty. ".html" is the HTML view: hOCR
 // files are written as ".hocr" here, whatever name engines give them.
 std::string formatOfExtension(const fs::path& file) {
-  const std::string extension = file.extension().string();
+  const std::string extension = utf8Name(file.extension());
   for (const auto& [name, format] : kFormats) {
     if (extension == format.extension) return name;
   }
@@ -57,7 +57,7 @@ public:
   bool chosen() const override { return command_->parsed(); }
 
   int run() override {
-    if (fs::is_directory(input_)) return runFolder();
+    if (fs::is_directory(utf8Path(input_))) return runFolder();
     const std::string format = to_.empty() ? formatOfExtension(output_) : to_;
     if (format.empty()) {
       std::cerr << "ormida convert: cannot tell the format from \"" << output_
@@ -96,22 +96,22 @@ private:
       return kExitUsage;
     }
     std::error_code failed;
-    fs::create_directories(output_, failed);
-    if (failed || !fs::is_directory(output_)) {
+    fs::create_directories(utf8Path(output_), failed);
+    if (failed || !fs::is_directory(utf8Path(output_))) {
       std::cerr << "ormida convert: cannot create the folder " << output_ << "\n";
       return kExitFailed;
     }
-    const std::vector<fs::path> files = filesOf(input_);
+    const std::vector<fs::path> files = filesOf(utf8Path(input_));
     std::atomic<std::size_t> failures{0};
     Progress progress(files.size(), standardErrorIsTerminal(), std::cerr);
     runOnThreads(files.size(), threads_ != 0 ? threads_ : defaultThreads(), [&](std::size_t i) {
-      std::string error = unusableInputName(files[i].string());
+      std::string error = unusableInputName(utf8Name(files[i]));
       try {
         if (error.empty()) {
           const fs::path target =
-              fs::path(output_) / (stemOf(files[i]) + kFormats.at(to_).extension);
+              utf8Path(output_) / (stemOf(files[i]) + kFormats.at(to_).extension);
           const JobOutcome outcome =
-              runJob(jobProperties(files[i].string(), target.string(), to_), "");
+              runJob(jobProperties(utf8Name(files[i]), utf8Name(target), to_), "");
           if (outcome.ok) return;
           error = outcome.error;
         }
@@ -119,7 +119,7 @@ private:
         error = e.what();
       }
       ++failures;
-      progress.note("ormida: " + files[i].string() + " failed: " + error);
+      progress.note("ormida: " + utf8Name(files[i]) + " failed: " + error);
     }, progress);
     std::cout << files.size() - failures << " of " << files.size() << " files converted to "
               << to_ << " in " << output_ << "\n";
