@@ -303,9 +303,11 @@ void mergeSummary(CorpusSummary& whole, const CorpusSummary& part) {
 
 std::string totalsText(const CorpusSummary& summary) {
   const DocumentCounts t = summary.totals();
-  std::string out = std::to_string(summary.documents.size()) + " documents, " +
-                    std::to_string(t.pages) + " pages compared at " + summary.level +
-                    " level";
+  const auto counted = [](std::size_t n, const char* what) {
+    return std::to_string(n) + " " + what + (n == 1 ? "" : "s");
+  };
+  std::string out = counted(summary.documents.size(), "document") + ", " +
+                    counted(t.pages, "page") + " compared at " + summary.level + " level";
   if (!summary.failed.empty()) out += ", " + std::to_string(summary.failed.size()) + " failed";
   out += "\n  CER " + percent(t.characterEdits, t.characters) + "  " +
          std::to_string(t.characterEdits) + " edits / " + std::to_string(t.characters) +
