@@ -29,6 +29,20 @@ rapidjson::Document parse(const std::string& json) {
   return document;
 }
 
+// A page of one line whose words stand 150 pixels apart; an empty word leaves its place.
+std::string layout(const std::vector<std::string>& words) {
+  std::string out = R"({"root":{"type":"node","children":[{"type":"page","width":2000,)"
+                    R"("height":100,"index_in_layout":0,"children":[{"type":"line","left":0,)"
+                    R"("top":0,"width":2000,"height":50,"children":[)";
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    if (words[i].empty()) continue;
+    if (out.back() == '}') out += ",";
+    out += R"({"type":"word","text":")" + words[i] + R"(","left":)" + std::to_string(i * 150) +
+           R"(,"top":0,"width":100,"height":50})";
+  }
+  return out + "]}]}]}}";
+}
+
 TEST(VerbsTest, ExitCodesAndMessages) {
   TempDir dir;
   dir.write("a.json", readAll(kSamples + "notice-ocr.json"));
@@ -54,6 +68,13 @@ TEST(VerbsTest, ExitCodesAndMessages) {
         << arguments << ":\n" << run.out << run.err;
   }
   EXPECT_EQ(readAll(dir / "a.txt").substr(0, 14), "Harbour Notioe");
+
+  // WebAnno offsets count UTF-16 code units unless --strict keeps the library's UTF-8 bytes.
+  dir.write("g.json", layout({"Gr\xC3\xBC\xC3\x9F" "e", "aus"}));
+  ASSERT_EQ(runCli("convert g.json g.tsv", dir).status, 0);
+  ASSERT_EQ(runCli("convert g.json strict.tsv --strict", dir).status, 0);
+  EXPECT_NE(readAll(dir / "g.tsv").find("1-2\t6-9\taus"), std::string::npos);
+  EXPECT_NE(readAll(dir / "strict.tsv").find("1-2\t8-11\taus"), std::string::npos);
 }
 
 // Two pairs in different formats (JSON against hOCR), one pair whose recognition is broken,
@@ -93,20 +114,6 @@ TEST(VerbsTest, FolderComparisonPairsByStemAndSkipsWhatFails) {
   EXPECT_EQ(csv.substr(0, csv.find(',')), "name");
   EXPECT_NE(csv.find("\nnotice,notice.json,notice.hocr,1,223,29,"), std::string::npos) << csv;
   EXPECT_NE(csv.find("\n(total),,,2,"), std::string::npos) << csv;
-}
-
-// A page of one line whose words stand 150 pixels apart; an empty word leaves its place.
-std::string layout(const std::vector<std::string>& words) {
-  std::string out = R"({"root":{"type":"node","children":[{"type":"page","width":2000,)"
-                    R"("height":100,"index_in_layout":0,"children":[{"type":"line","left":0,)"
-                    R"("top":0,"width":2000,"height":50,"children":[)";
-  for (std::size_t i = 0; i < words.size(); ++i) {
-    if (words[i].empty()) continue;
-    if (out.back() == '}') out += ",";
-    out += R"({"type":"word","text":")" + words[i] + R"(","left":)" + std::to_string(i * 150) +
-           R"(,"top":0,"width":100,"height":50})";
-  }
-  return out + "]}]}]}}";
 }
 
 // A generated corpus compared whole and in three parts: the merged parts give exactly the
