@@ -46,6 +46,30 @@ const Value* pageStatistics(const Value& pair, const char* side) {
   return member(*page, "statistic");
 }
 
+// "  3.45 %" of edits over a count, or "n/a" when nothing was there to count against.
+std::string rate(const Value* metrics, const char* edits, const char* of) {
+  const unsigned long long n = count(metrics, of);
+  if (n == 0) return "   n/a  ";
+  return percent(static_cast<double>(count(metrics, edits)) / static_cast<double>(n));
+}
+
+// CER and WER as OCR-evaluation users know them, each with what it counted.
+std::string metricsLines(const Value& metrics) {
+  const Value* unit = member(metrics, "unit");
+  const Value* normalization = member(metrics, "normalization");
+  std::string out = format(
+      "  CER               %s  (%llu edits / %llu GT characters; %s, normalization %s)\n",
+      rate(&metrics, "character_edits", "characters").c_str(), count(&metrics, "character_edits"),
+      count(&metrics, "characters"), unit != nullptr && unit->IsString() ? unit->GetString() : "?",
+      normalization != nullptr && normalization->IsString() ? normalization->GetString() : "?");
+  if (member(metrics, "words") != nullptr) {
+    out += format("  WER               %s  (%llu edits / %llu GT words)\n",
+                  rate(&metrics, "word_edits", "words").c_str(), count(&metrics, "word_edits"),
+                  count(&metrics, "words"));
+  }
+  return out;
+}
+
 }  // namespace
 
 std::string compareSummary(const std::string& resultJson) {
@@ -64,6 +88,8 @@ std::string compareSummary(const std::string& resultJson) {
 
   std::string out;
   out += "Comparison at " + unit + " level: recognition (left) against reference (right)\n";
+  const Value* metrics = member(*root, "metrics");
+  if (metrics != nullptr) out += metricsLines(*metrics);
   out += "  recognition rate  " + percent(number(diff, "recognition_rate_left")) + " left, " +
          percent(number(diff, "recognition_rate_right")) + " right\n";
   out += format("  errors            %llu of %llu left, %llu of %llu right\n",
@@ -74,7 +100,8 @@ std::string compareSummary(const std::string& resultJson) {
 
   const Value* children = member(*root, "children");
   if (children == nullptr || !children->IsArray() || children->Empty()) return out;
-  out += "\n  page  rate left  rate right  errors left  errors right      f1\n";
+  out += "\n  page  rate left  rate right  errors left  errors right      f1";
+  out += metrics != nullptr ? "       CER       WER\n" : "\n";
   unsigned page = 0;
   for (const Value& pair : children->GetArray()) {
     ++page;
@@ -82,9 +109,15 @@ std::string compareSummary(const std::string& resultJson) {
     const Value* r = pageStatistics(pair, "right");
     const std::string rateLeft = l != nullptr ? percent(number(l, "recognition_rate")) : "missing";
     const std::string rateRight = r != nullptr ? percent(number(r, "recognition_rate")) : "missing";
-    out += format("  %4u  %9s  %10s  %11llu  %12llu  %.4f\n", page, rateLeft.c_str(),
+    out += format("  %4u  %9s  %10s  %11llu  %12llu  %.4f", page, rateLeft.c_str(),
                   rateRight.c_str(), count(l, "error"), count(r, "error"),
                   number(&pair, "f1_measure"));
+    if (const Value* pageMetrics = metrics != nullptr ? member(pair, "metrics") : nullptr) {
+      out += "  " + rate(pageMetrics, "character_edits", "characters") + "  " +
+             (member(*pageMetrics, "words") != nullptr ? rate(pageMetrics, "word_edits", "words")
+                                                      : std::string("   n/a  "));
+    }
+    out += "\n";
   }
   return out;
 }

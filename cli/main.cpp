@@ -5,7 +5,9 @@
 
 #include "CompareSummary.h"
 #include "ExtractionSummary.h"
+#include "Job.h"
 #include "PropertyHelp.h"
+#include "Verbs.h"
 
 #include <CLI/CLI.hpp>
 #include <utf8.h>
@@ -16,6 +18,7 @@
 #include <iomanip>
 #include <iostream>
 #include <iterator>
+#include <memory>
 #include <optional>
 #include <sstream>
 #include <string>
@@ -27,21 +30,6 @@
 #endif
 
 namespace {
-
-using OrmidaString = std::basic_string<OrmidaChar>;
-
-OrmidaString toOrmida(const std::string& utf8) {
-  std::u16string wide;
-  utf8::utf8to16(utf8.begin(), utf8.end(), std::back_inserter(wide));
-  return OrmidaString(wide.begin(), wide.end());
-}
-
-std::string fromOrmida(const OrmidaString& text) {
-  const std::u16string wide(text.begin(), text.end());
-  std::string out;
-  utf8::utf16to8(wide.begin(), wide.end(), std::back_inserter(out));
-  return out;
-}
 
 std::string versionText() {
   char text[64];
@@ -57,47 +45,17 @@ std::string helpFooter() {
   }
   out << "\nResults for --get:";
   for (const char* name : ormida::cli::kResults) out << ' ' << name;
-  out << "\n\nExamples:\n"
+  out << "\n\nVerbs (ormida VERB --help for their options):\n"
+         "  ormida compare GT OCR [--level word] [--json result.json]   one pair, or two folders\n"
+         "  ormida convert IN OUT [--to hocr|json|html|webanno|txt]\n"
+         "  ormida check TEXT|LAYOUT [--lang deu|eng] [--format text|csv|json]\n"
+         "  ormida summarize A.json B.json ... [--json all.json] [--csv all.csv]\n"
+         "\nExamples:\n"
          "  ormida InputFilename=page.json OutputFilename=page.txt OutputFilename.Format=txtutf8\n"
          "  ormida InputFilename=ocr.json Compare=true Compare.With=truth.json --get Compare.Result\n"
          "  ormida InputFilename=ocr.json ExtractFromLayout=true ExtractFromLayout.With=form.json --summary\n";
   return out.str();
 }
-
-std::string errorText(OrmidaJobHandle job) {
-  size_t size = 0;
-  OrmidaJobGetErrorText(job, nullptr, &size);
-  std::string text(size, '\0');
-  OrmidaJobGetErrorText(job, text.data(), &size);
-  if (!text.empty()) text.pop_back();
-  return text;
-}
-
-// A job the tool leaves to the operating system at exit; kept here so that leak checkers
-// count its memory as still reachable rather than lost.
-OrmidaJobHandle jobLeftToExit = nullptr;
-
-class JobGuard {
-public:
-  JobGuard() { OrmidaJobCreate(&job_); }
-  ~JobGuard() {
-    if (leaveToExit_) {
-      jobLeftToExit = job_;
-    } else {
-      OrmidaJobFree(&job_);
-    }
-  }
-  JobGuard(const JobGuard&) = delete;
-  JobGuard& operator=(const JobGuard&) = delete;
-  OrmidaJobHandle get() const { return job_; }
-  // The process ends right after this job: freeing it would visit every node of its
-  // documents, one free each, for memory the system takes back at once anyway.
-  void leaveToExit() { leaveToExit_ = true; }
-
-private:
-  OrmidaJobHandle job_ = nullptr;
-  bool leaveToExit_ = false;
-};
 
 // Whether the job writes a trace: freeing it then writes the trace's closing line, which
 // a reader of the trace should still find.
@@ -108,21 +66,6 @@ bool writesTrace(const std::vector<std::string>& assignments) {
     if (assignment.rfind("TraceFilename=", 0) == 0) return true;
   }
   return false;
-}
-
-// The text of a result property, or nothing when the job holds no such result.
-std::optional<std::string> resultText(OrmidaJobHandle job, const char* utf8Name) {
-  const OrmidaString name = toOrmida(utf8Name);
-  size_t size = 0;
-  OrmidaString value;
-  uint32_t got = OrmidaJobGetProperty(job, name.c_str(), nullptr, &size);
-  if (got == ORMIDA_BUFFER_TOO_SMALL) {
-    value.resize(size);
-    got = OrmidaJobGetProperty(job, name.c_str(), value.data(), &size);
-    value.resize(size - 1);
-  }
-  if (got != ORMIDA_OK) return std::nullopt;
-  return fromOrmida(value);
 }
 
 // The value last given to a property on the command line, resolved against WorkSpace as the
@@ -143,9 +86,9 @@ std::string outputPath(const std::vector<std::string>& assignments, const std::s
 
 // The summaries of --summary (the comparison's, the extraction comparison's, or both), each
 // followed by where its full result went.
-int printSummaries(OrmidaJobHandle job, const std::vector<std::string>& assignments) {
-  const std::optional<std::string> compare = resultText(job, "Compare.Result");
-  const std::optional<std::string> extraction = resultText(job, "CompareErrorRate");
+int printSummaries(ormida::cli::Job& job, const std::vector<std::string>& assignments) {
+  const std::optional<std::string> compare = job.get("Compare.Result");
+  const std::optional<std::string> extraction = job.get("CompareErrorRate");
   if (!compare && !extraction) {
     std::cerr << "ormida: --summary: no comparison result (set Compare=true or "
                  "ExtractFromLayout=true)\n";
@@ -190,10 +133,21 @@ int run(int argc, char** argv) {
   app.add_flag("--summary", summary,
                "after executing, print a summary of the comparison results (with Compare=true "
                "or ExtractFromLayout=true)");
+  std::vector<std::unique_ptr<ormida::cli::Verb>> verbs;
+  verbs.push_back(ormida::cli::addCompareVerb(app));
+  verbs.push_back(ormida::cli::addConvertVerb(app));
+  verbs.push_back(ormida::cli::addCheckVerb(app));
+  verbs.push_back(ormida::cli::addSummarizeVerb(app));
+  app.require_subcommand(0, 1);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& e) {
-    return app.exit(e);
+    // Help is a success; every other parse error is a usage error.
+    const int status = app.exit(e);
+    return status == 0 ? 0 : ormida::cli::kExitUsage;
+  }
+  for (const auto& verb : verbs) {
+    if (verb->chosen()) return verb->run();
   }
   if (version) {
     std::cout << versionText() << "\n";
@@ -204,7 +158,7 @@ int run(int argc, char** argv) {
     return 2;
   }
 
-  JobGuard job;
+  ormida::cli::Job job;
   if (!writesTrace(assignments)) job.leaveToExit();
   for (const std::string& assignment : assignments) {
     const size_t equals = assignment.find('=');
@@ -226,10 +180,7 @@ int run(int argc, char** argv) {
       std::cerr << "ormida: " << name << " is not valid UTF-8\n";
       return 2;
     }
-    const OrmidaString wideName = toOrmida(name);
-    const OrmidaString wideValue = toOrmida(value);
-    const uint32_t code =
-        OrmidaJobSetProperty(job.get(), wideName.c_str(), wideValue.c_str(), wideValue.size());
+    const uint32_t code = job.set(name, value);
     if (code == ORMIDA_UNKNOWN_PROPERTY) {
       std::cerr << "ormida: unknown property " << name << " (see ormida --help)\n";
       return 2;
@@ -240,33 +191,25 @@ int run(int argc, char** argv) {
     }
   }
 
-  const uint32_t code = OrmidaJobExecute(job.get());
+  const uint32_t code = job.execute();
   if (code != ORMIDA_OK) {
-    std::cerr << "ormida: " << errorText(job.get()) << " (code " << code << ")\n";
+    std::cerr << "ormida: " << job.errorText() << " (code " << code << ")\n";
     return 1;
   }
   for (const std::string& name : gets) {
-    const OrmidaString wideName = toOrmida(name);
-    size_t size = 0;
-    uint32_t got = OrmidaJobGetProperty(job.get(), wideName.c_str(), nullptr, &size);
-    OrmidaString value;
-    if (got == ORMIDA_BUFFER_TOO_SMALL) {
-      value.resize(size);
-      got = OrmidaJobGetProperty(job.get(), wideName.c_str(), value.data(), &size);
-      value.resize(size - 1);
-    }
-    if (got != ORMIDA_OK) {
-      if (got == ORMIDA_UNKNOWN_PROPERTY) {
+    const std::optional<std::string> value = job.get(name);
+    if (!value) {
+      if (job.lastCode() == ORMIDA_UNKNOWN_PROPERTY) {
         std::cerr << "ormida: no result " << name << "\n";
       } else {
-        std::cerr << "ormida: reading " << name << " failed: " << errorText(job.get())
-                  << " (code " << got << ")\n";
+        std::cerr << "ormida: reading " << name << " failed: " << job.errorText() << " (code "
+                  << job.lastCode() << ")\n";
       }
       return 1;
     }
-    std::cout << fromOrmida(value) << "\n";
+    std::cout << *value << "\n";
   }
-  if (summary) return printSummaries(job.get(), assignments);
+  if (summary) return printSummaries(job, assignments);
   return 0;
 }
 

@@ -44,6 +44,23 @@ else()
   message(FATAL_ERROR "gumbo not found: install libgumbo-dev (tools/install-deps)")
 endif()
 
+# utf8proc normalises text and finds grapheme clusters for the error rates counted in
+# characters as people see them. The Windows cross build has no static utf8proc yet: there
+# both options are refused with a message that says so, and code points are still counted.
+find_path(UTF8PROC_INCLUDE_DIR utf8proc.h)
+find_library(UTF8PROC_LIBRARY NAMES utf8proc)
+add_library(ormida_utf8proc INTERFACE)
+if(UTF8PROC_INCLUDE_DIR AND UTF8PROC_LIBRARY)
+  target_include_directories(ormida_utf8proc SYSTEM INTERFACE ${UTF8PROC_INCLUDE_DIR})
+  target_link_libraries(ormida_utf8proc INTERFACE ${UTF8PROC_LIBRARY})
+  target_compile_definitions(ormida_utf8proc INTERFACE ORMIDA_HAVE_UTF8PROC=1)
+elseif(WIN32)
+  message(STATUS "utf8proc not found: normalisation and grapheme counting are left out")
+  target_compile_definitions(ormida_utf8proc INTERFACE ORMIDA_HAVE_UTF8PROC=0)
+else()
+  message(FATAL_ERROR "utf8proc not found: install libutf8proc-dev (tools/install-deps)")
+endif()
+
 # RE2 for the entity patterns: it matches in time linear in the text, so no configuration
 # a caller writes can make the library hang.
 find_path(RE2_INCLUDE_DIR re2/re2.h REQUIRED)

@@ -122,6 +122,35 @@ std::string utf16ToUtf8Lenient(std::u16string_view text) {
   return utf16ToUtf8(repaired);
 }
 
+std::u32string utf16ToCodePoints(std::u16string_view text) {
+  std::u32string out;
+  out.reserve(text.size());
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char16_t c = text[i];
+    if (c >= 0xD800 && c <= 0xDBFF && i + 1 < text.size() && text[i + 1] >= 0xDC00 &&
+        text[i + 1] <= 0xDFFF) {
+      out.push_back(0x10000 + ((static_cast<char32_t>(c) - 0xD800) << 10) +
+                    (static_cast<char32_t>(text[i + 1]) - 0xDC00));
+      ++i;
+    } else {
+      out.push_back(c);
+    }
+  }
+  return out;
+}
+
+std::u32string utf8ToCodePoints(std::string_view text) {
+  std::string repaired;
+  if (invalidUtf8Offset(text) != text.size()) {
+    utf8::replace_invalid(text.begin(), text.end(), std::back_inserter(repaired));
+    text = repaired;
+  }
+  std::u32string out;
+  out.reserve(text.size());
+  utf8::unchecked::utf8to32(text.begin(), text.end(), std::back_inserter(out));
+  return out;
+}
+
 bool equalsIgnoreAsciiCase(std::string_view a, std::string_view b) {
   if (a.size() != b.size()) return false;
   for (std::size_t i = 0; i < a.size(); ++i) {

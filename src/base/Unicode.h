@@ -20,6 +20,12 @@ std::string utf16ToUtf8(std::u16string_view text);
 std::u16string utf8ToUtf16Lenient(std::string_view text);
 std::string utf16ToUtf8Lenient(std::u16string_view text);
 
+// Code points of UTF-16 text, and of UTF-8 text, for counting and normalising characters.
+// Lenient: a lone surrogate stands as its own code point, invalid UTF-8 as U+FFFD, since a
+// count must not fail on text that a reader already accepted.
+std::u32string utf16ToCodePoints(std::u16string_view text);
+std::u32string utf8ToCodePoints(std::string_view text);
+
 // ASCII-only case folding, for the format and level names that are compared without case.
 bool equalsIgnoreAsciiCase(std::string_view a, std::string_view b);
 std::string toLowerAscii(std::string_view text);

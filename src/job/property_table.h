@@ -72,6 +72,10 @@ enum PropertyNumber : std::uint32_t {
   kWordRecognizer = 785,
   kWordWidthFactor = 787,
   kWorkSpace = 788,
+  // Character and word error counts of the comparison: the Unicode normalisation, and
+  // counting grapheme clusters instead of code points.
+  kNormalization = 791,
+  kGraphemes = 792,
 };
 
 // The name at a number ("__Unknown" for 0 and for numbers outside the table).

@@ -1,4 +1,5 @@
 // ComparisonStep.cpp - the main layout compared with a second layout.
+#include "base/TextUnits.h"
 #include "base/Unicode.h"
 #include "job/JobExecution.h"
 #include "job/OrmidaJob.h"
@@ -23,6 +24,11 @@ struct StepOptions {
   std::u16string outputFilename;
 };
 
+comparison::MetricsOptions& metrics(comparison::CompareOptions& compare) {
+  if (!compare.metrics) compare.metrics.emplace();
+  return *compare.metrics;
+}
+
 StepOptions readOptions(const PropertyStore& properties) {
   StepOptions options;
   comparison::CompareOptions& compare = options.compare;
@@ -35,6 +41,11 @@ StepOptions readOptions(const PropertyStore& properties) {
       case kTransformStrategy: compare.alignment = comparison::alignmentFromName(value); break;
       case kWith: options.with = value; break;
       case kOutputFilename: options.outputFilename = value; break;
+      // Either one asks for the error counts; the other keeps its default.
+      case kNormalization:
+        metrics(compare).normalization = base::normalizationFromName(value);
+        break;
+      case kGraphemes: metrics(compare).graphemes = toBoolean(value); break;
       default: break;
     }
   }

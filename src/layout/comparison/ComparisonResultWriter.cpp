@@ -10,6 +10,8 @@
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
 
+#include <optional>
+
 namespace qent::text::layout::comparison {
 
 namespace {
@@ -114,10 +116,51 @@ void writeDiff(JsonWriter& out, const PairSummary& root) {
   out.EndObject();
 }
 
+void rateValue(JsonWriter& out, std::uint64_t edits, std::uint64_t count) {
+  if (const std::optional<double> rate = errorRate(edits, count)) {
+    doubleValue(out, *rate);
+  } else {
+    out.Null();
+  }
+}
+
+// {"cer", "character_edits", "characters", "normalization", "ocr_characters", "ocr_words",
+//  "unit", "wer", "word_edits", "words"}; the word members only when words are measured.
+void writeMetrics(JsonWriter& out, const TextMetrics& metrics, const ErrorCounts& counts) {
+  out.StartObject();
+  key(out, "cer");
+  rateValue(out, counts.characterEdits, counts.characters);
+  key(out, "character_edits");
+  unsignedValue(out, counts.characterEdits);
+  key(out, "characters");
+  unsignedValue(out, counts.characters);
+  key(out, "normalization");
+  const std::string_view normalization = base::normalizationName(metrics.options.normalization);
+  out.String(normalization.data(), static_cast<rapidjson::SizeType>(normalization.size()));
+  key(out, "ocr_characters");
+  unsignedValue(out, counts.recognizedCharacters);
+  if (metrics.withWords) {
+    key(out, "ocr_words");
+    unsignedValue(out, counts.recognizedWords);
+  }
+  key(out, "unit");
+  out.String(metrics.options.graphemes ? "grapheme" : "codepoint");
+  if (metrics.withWords) {
+    key(out, "wer");
+    rateValue(out, counts.wordEdits, counts.words);
+    key(out, "word_edits");
+    unsignedValue(out, counts.wordEdits);
+    key(out, "words");
+    unsignedValue(out, counts.words);
+  }
+  out.EndObject();
+}
+
 }  // namespace
 
 std::string writeComparisonResult(CompareLevel level, const PairSummary& root,
-                                  const std::vector<PairSummary>& pages) {
+                                  const std::vector<PairSummary>& pages,
+                                  const TextMetrics* metrics) {
   rapidjson::StringBuffer buffer;
   JsonWriter out(buffer);
   out.StartObject();
@@ -125,7 +168,8 @@ std::string writeComparisonResult(CompareLevel level, const PairSummary& root,
   out.StartObject();
   key(out, "children");
   out.StartArray();
-  for (const PairSummary& page : pages) {
+  for (std::size_t i = 0; i < pages.size(); ++i) {
+    const PairSummary& page = pages[i];
     out.StartObject();
     key(out, "edits");
     unsignedValue(out, page.edits());
@@ -137,6 +181,10 @@ std::string writeComparisonResult(CompareLevel level, const PairSummary& root,
     writePageSide(out, page.left, page.leftStats);
     key(out, "max_count");
     unsignedValue(out, page.maxCount());
+    if (metrics != nullptr && i < metrics->pages.size()) {
+      key(out, "metrics");
+      writeMetrics(out, *metrics, metrics->pages[i]);
+    }
     key(out, "right");
     writePageSide(out, page.right, page.rightStats);
     out.EndObject();
@@ -149,6 +197,10 @@ std::string writeComparisonResult(CompareLevel level, const PairSummary& root,
   writeDiff(out, root);
   key(out, "left");
   writeRootSide(out, root.left, root.leftStats);
+  if (metrics != nullptr) {
+    key(out, "metrics");
+    writeMetrics(out, *metrics, metrics->total);
+  }
   key(out, "right");
   writeRootSide(out, root.right, root.rightStats);
   out.EndObject();

@@ -2,10 +2,13 @@
 //
 //   {"root": {"children": [per page pair], "compare": "word", "diff": {...},
 //             "left": {...} | null, "right": {...} | null}}
+// With metrics, "root" and every page pair also get a "metrics" object of character and
+// word error counts and rates (see ErrorCounts.h).
 // Members appear in ascending key order; doubles print in RapidJSON's notation.
 #pragma once
 
 #include "layout/comparison/CompareEnums.h"
+#include "layout/comparison/ErrorCounts.h"
 #include "layout/comparison/PairSummary.h"
 
 #include <string>
@@ -14,6 +17,7 @@
 namespace qent::text::layout::comparison {
 
 std::string writeComparisonResult(CompareLevel level, const PairSummary& root,
-                                  const std::vector<PairSummary>& pages);
+                                  const std::vector<PairSummary>& pages,
+                                  const TextMetrics* metrics = nullptr);
 
 }  // namespace qent::text::layout::comparison

@@ -5,6 +5,9 @@
 #include <array>
 #include <bit>
 #include <cstdint>
+#include <string>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace qent::text::layout::comparison {
@@ -168,6 +171,63 @@ std::size_t editDistance(std::u16string_view a, std::u16string_view b) {
   // The shorter text is the pattern: fewer blocks per column.
   if (a.size() <= 64) return distanceOneBlock(a, b);
   return distanceBlocked(a, b);
+}
+
+}  // namespace qent::text::layout::comparison
+
+namespace qent::text::layout::comparison {
+
+namespace {
+
+std::size_t singleRowDistance(std::u32string_view a, std::u32string_view b) {
+  if (a.size() > b.size()) std::swap(a, b);
+  std::vector<std::size_t> row(a.size() + 1);
+  for (std::size_t i = 0; i <= a.size(); ++i) row[i] = i;
+  for (std::size_t j = 1; j <= b.size(); ++j) {
+    std::size_t diagonal = row[0];
+    row[0] = j;
+    for (std::size_t i = 1; i <= a.size(); ++i) {
+      const std::size_t above = row[i];
+      row[i] = std::min({row[i] + 1, row[i - 1] + 1, diagonal + (a[i - 1] == b[j - 1] ? 0 : 1)});
+      diagonal = above;
+    }
+  }
+  return row[a.size()];
+}
+
+}  // namespace
+
+std::size_t symbolEditDistance(std::u32string_view a, std::u32string_view b) {
+  // Equal ends cost nothing; stripping them first keeps the fallback's square small.
+  while (!a.empty() && !b.empty() && a.front() == b.front()) {
+    a.remove_prefix(1);
+    b.remove_prefix(1);
+  }
+  while (!a.empty() && !b.empty() && a.back() == b.back()) {
+    a.remove_suffix(1);
+    b.remove_suffix(1);
+  }
+  // Most texts are in the Basic Multilingual Plane: their symbols fit as they are.
+  const auto small = [](std::u32string_view s) {
+    return std::all_of(s.begin(), s.end(), [](char32_t c) { return c <= 0xFFFF; });
+  };
+  if (small(a) && small(b)) {
+    return editDistance(std::u16string(a.begin(), a.end()), std::u16string(b.begin(), b.end()));
+  }
+  std::unordered_map<char32_t, char16_t> ids;
+  std::u16string denseA, denseB;
+  denseA.reserve(a.size());
+  denseB.reserve(b.size());
+  const auto renumber = [&ids](std::u32string_view from, std::u16string& to) {
+    for (const char32_t symbol : from) {
+      const auto [at, added] = ids.try_emplace(symbol, static_cast<char16_t>(ids.size()));
+      if (added && ids.size() > 0xFFFF) return false;
+      to.push_back(at->second);
+    }
+    return true;
+  };
+  if (!renumber(a, denseA) || !renumber(b, denseB)) return singleRowDistance(a, b);
+  return editDistance(denseA, denseB);
 }
 
 }  // namespace qent::text::layout::comparison

@@ -16,3 +16,12 @@ namespace qent::text::layout::comparison {
 std::size_t editDistance(std::u16string_view a, std::u16string_view b);
 
 }  // namespace qent::text::layout::comparison
+
+namespace qent::text::layout::comparison {
+
+// The same distance over sequences of arbitrary symbols (code points, ids of grapheme
+// clusters or words): the symbols are renumbered densely and handed to the fast kernel;
+// only a pair with more than 65,535 distinct symbols falls back to the single-row programme.
+std::size_t symbolEditDistance(std::u32string_view a, std::u32string_view b);
+
+}  // namespace qent::text::layout::comparison

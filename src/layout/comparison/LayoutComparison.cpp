@@ -30,8 +30,10 @@ std::string compareLayouts(const CompareOptions& options, Layout& left, Layout& 
   const std::unique_ptr<Comparator> comparator = makeComparator(options, left, right);
   comparator->compare();
   comparator->createStatistics(true, annotateRight);
+  std::optional<TextMetrics> metrics;
+  if (options.metrics) metrics = measureErrors(*comparator, *options.metrics);
   return writeComparisonResult(options.level, summarizeRoots(*comparator),
-                               summarizePages(*comparator));
+                               summarizePages(*comparator), metrics ? &*metrics : nullptr);
 }
 
 }  // namespace qent::text::layout::comparison

@@ -3,8 +3,10 @@
 #pragma once
 
 #include "layout/comparison/CompareEnums.h"
+#include "layout/comparison/ErrorCounts.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace qent::text::layout {
@@ -24,6 +26,9 @@ struct CompareOptions {
   // errors); else the length difference repeats the errors.
   bool countLengthDifference = true;
   Alignment alignment = Alignment::Corner;
+  // Character and word error counts in the result document; only on request, so that the
+  // document stays as callers without them know it.
+  std::optional<MetricsOptions> metrics;
 };
 
 // The comparator for options.mode: TextComparator or EntityComparator. Mode None names

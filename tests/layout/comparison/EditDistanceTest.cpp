@@ -114,5 +114,25 @@ TEST(EditDistanceTest, MatchesTheDynamicProgrammeOnRandomPairs) {
   }
 }
 
+// Symbols beyond 16 bits (word and cluster ids) are renumbered before the fast kernel; the
+// result must be that of the programme over the symbols themselves.
+TEST(EditDistanceTest, SymbolDistanceMatchesTheProgrammeOverSymbols) {
+  std::mt19937_64 random(20261125);
+  for (int round = 0; round < 2000; ++round) {
+    const std::uint32_t alphabet = 3 + random() % 40;
+    const std::size_t length = random() % 90;
+    std::u32string a, b;
+    for (std::size_t i = 0; i < length; ++i) {
+      a.push_back(static_cast<char32_t>(0x10FFF0 + random() % alphabet));
+      b.push_back(random() % 4 == 0 ? static_cast<char32_t>(0x10FFF0 + random() % alphabet) : a[i]);
+    }
+    if (random() % 3 == 0) b.resize(random() % (b.size() + 1));
+    std::u16string mappedA, mappedB;
+    for (const char32_t c : a) mappedA.push_back(static_cast<char16_t>(c - 0x10FFF0 + 1));
+    for (const char32_t c : b) mappedB.push_back(static_cast<char16_t>(c - 0x10FFF0 + 1));
+    ASSERT_EQ(symbolEditDistance(a, b), referenceDistance(mappedA, mappedB)) << "round " << round;
+  }
+}
+
 }  // namespace
 }  // namespace qent::text::layout::comparison
