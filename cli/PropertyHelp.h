@@ -30,6 +30,7 @@ inline constexpr PropertyHelp kProperties[] = {
     {"Compare.PartialSegmentationErrors", "boolean", "true", "count partial segmentation errors"},
     {"Compare.TransformStrategy", "enum", "Corner", "None, Corner, Center"},
     {"Compare.OutputFilename", "string", "unset", "file that receives the comparison result JSON"},
+    {"ComparisonReportFilename", "string", "unset", "with Compare: also write a visual HTML report of the differences to this file"},
     {"ExtractFromLayout", "boolean", "false", "measure the main layout inside the zones of a reference, page by page (CompareErrorRate)"},
     {"ExtractFromLayout.With", "string", "unset", "the reference whose areas are the zones (else the second input)"},
     {"ExtractFromLayout.Level", "enum", "Line", "None, Glyph, Word, Line: the nodes assigned to zones"},
