@@ -8,6 +8,7 @@
 #include "layout/comparison/report/ReportData.h"
 
 #include <charconv>
+#include <initializer_list>
 #include <string>
 
 namespace qent::text::layout::comparison::report {
@@ -17,8 +18,8 @@ namespace {
 using base::xml::XmlWriter;
 using base::xml::xmlText;
 
-// Rows are flex containers: the white space that the writer puts between the spans of a
-// row is not rendered there, while the spans keep their own blanks (pre-wrap).
+// The white space the writer puts between the spans of a row takes no room in a row's
+// zero-size font, while the spans keep their own blanks (pre-wrap) and wrap like text.
 constexpr std::string_view kStyle = R"(body{font-family:sans-serif;margin:1.5em;color:#222}
 table{border-collapse:collapse;margin:0.5em 0 1.5em}
 th,td{border:1px solid #ccc;padding:0.2em 0.5em;vertical-align:top;text-align:left}
@@ -26,7 +27,9 @@ table.sortable th{cursor:pointer;background:#eee}
 th[aria-sort=ascending]::after{content:" \25B2"}
 th[aria-sort=descending]::after{content:" \25BC"}
 td.n{text-align:right}
-.d{display:flex;flex-wrap:wrap;white-space:pre-wrap;font-family:monospace}
+.d{font-size:0;font-family:monospace}
+.d span{font-size:13px;white-space:pre-wrap}
+.p{font-family:monospace;white-space:pre}
 .sub{background:#ffd27f}
 .del{background:#ff9f9f;text-decoration:line-through}
 .ins{background:#9fd8ff}
@@ -62,6 +65,14 @@ constexpr std::string_view kScript = R"(for (const table of document.querySelect
     });
   }
 })";
+
+// Joins pieces by appending: GCC 12 at -O3 warns falsely (-Wrestrict) on "literal" + a
+// temporary string.
+std::string concat(std::initializer_list<std::string_view> pieces) {
+  std::string out;
+  for (std::string_view piece : pieces) out += piece;
+  return out;
+}
 
 std::string fixed(double value, int decimals) {
   char buffer[64];
@@ -142,14 +153,16 @@ void pieceCell(XmlWriter& out, const std::u16string& piece) {
     for (char16_t& c : shown) {
       if (c == u' ') c = u'\u2423';
     }
-    out.attribute("class", "d");
+    out.attribute("class", "p");
     out.text(xmlText(shown));
   }
   out.endElement();
   out.endElement();
 }
 
-std::string pageAnchor(const ReportPage& page) { return "page-" + std::to_string(page.number); }
+std::string pageAnchor(const ReportPage& page) {
+  return concat({"page-", std::to_string(page.number)});
+}
 
 std::string rowAnchor(const ReportPage& page, std::size_t row) {
   std::string anchor = pageAnchor(page);
@@ -205,7 +218,7 @@ void writePageTable(XmlWriter& out, const ReportData& data) {
     out.attribute("class", "n");
     out.attribute("data-sort", std::to_string(page.number));
     out.startElement("a");
-    out.attribute("href", "#" + pageAnchor(page));
+    out.attribute("href", concat({"#", pageAnchor(page)}));
     out.text(std::to_string(page.number));
     out.endElement();
     out.endElement();
@@ -251,31 +264,28 @@ void writeBoxes(XmlWriter& out, const ReportPage& page) {
   const double width = page.width, height = page.height;
   out.startElement("div");
   out.attribute("class", "page");
-  out.attribute("style", "padding-bottom:" + fixed(100.0 * height / width, 3) + "%");
+  out.attribute("style", concat({"padding-bottom:", fixed(100.0 * height / width, 3), "%"}));
   out.text("");
   if (!page.image.empty()) {
     if (const std::string uri = imageDataUri(page.image); !uri.empty()) {
       out.startElement("img");
       out.attribute("src", uri);
-      out.attribute("alt", "page " + std::to_string(page.number));
+      out.attribute("alt", concat({"page ", std::to_string(page.number)}));
       out.endElement();
     }
   }
   for (const ReportBox& box : page.boxes) {
     const std::size_t edits = page.lines[box.line].alignment.edits;
-    std::string style = "left:" + fixed(100.0 * box.rect.left / width, 3);
-    style += "%;top:";
-    style += fixed(100.0 * box.rect.top / height, 3);
-    style += "%;width:";
-    style += fixed(100.0 * box.rect.width / width, 3);
-    style += "%;height:";
-    style += fixed(100.0 * box.rect.height / height, 3);
-    style += "%";
+    const std::string style =
+        concat({"left:", fixed(100.0 * box.rect.left / width, 3), "%;top:",
+                fixed(100.0 * box.rect.top / height, 3), "%;width:",
+                fixed(100.0 * box.rect.width / width, 3), "%;height:",
+                fixed(100.0 * box.rect.height / height, 3), "%"});
     out.startElement("a");
     out.attribute("class", edits == 0 ? "box" : "box bad");
-    out.attribute("href", "#" + rowAnchor(page, box.line));
+    out.attribute("href", concat({"#", rowAnchor(page, box.line)}));
     out.attribute("style", style);
-    out.attribute("title", std::to_string(edits) + (edits == 1 ? " edit" : " edits"));
+    out.attribute("title", concat({std::to_string(edits), edits == 1 ? " edit" : " edits"}));
     out.text("");  // an empty <a /> would stay open in HTML
     out.endElement();
   }
@@ -285,7 +295,7 @@ void writeBoxes(XmlWriter& out, const ReportPage& page) {
 void writePage(XmlWriter& out, const ReportPage& page) {
   out.startElement("section");
   out.attribute("id", pageAnchor(page));
-  element(out, "h2", "Page " + std::to_string(page.number));
+  element(out, "h2", concat({"Page ", std::to_string(page.number)}));
   out.startElement("table");
   out.attribute("class", "lines");
   head(out, {"Line", "Ground truth", "Recognition", "Edits"});

@@ -101,7 +101,9 @@ TEST(ConfusionCounterTest, FindsPlantedConfusions) {
     std::u16string truth = u">", recognised = u">";
     std::uniform_int_distribution<std::size_t> which(0, plants.size());
     for (int piece = 0; piece < 6; ++piece) {
-      const std::u16string filler = u"<" + randomText(random, 3, u"abcde") + u">";
+      std::u16string filler = u"<";
+      filler += randomText(random, 3, u"abcde");
+      filler += u">";
       truth += filler;
       recognised += filler;
       if (const std::size_t p = which(random); p < plants.size()) {

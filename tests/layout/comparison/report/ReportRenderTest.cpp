@@ -6,11 +6,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <sstream>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -75,9 +77,10 @@ TEST(ReportRenderTest, ChromiumShowsTheImageBoxesAndSortsTheConfusions) {
   const auto probed = dir.write("probed.html", html);
   // A profile of its own, so that a browser already running is not asked to do it; the
   // time limit keeps a stuck browser from stopping the suite.
-  const std::string chromium = "timeout 60 chromium --headless --no-sandbox --disable-gpu "
-                               "--hide-scrollbars --user-data-dir='" + (dir / "profile").string() +
-                               "' --window-size=1200,1400 ";
+  std::string chromium = "timeout 60 chromium --headless --no-sandbox --disable-gpu "
+                         "--hide-scrollbars --window-size=1200,1400 --user-data-dir='";
+  chromium += (dir / "profile").string();
+  chromium += "' ";
   const std::string dom = run(chromium + "--dump-dom 'file://" + probed.string() + "' 2>/dev/null");
   const std::size_t start = dom.find("<pre id=\"probe\">");
   ASSERT_NE(start, std::string::npos) << "no probe in Chromium's DOM:\n" << dom.substr(0, 2000);
