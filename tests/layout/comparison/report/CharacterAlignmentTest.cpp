@@ -128,6 +128,17 @@ TEST(ConfusionCounterTest, FindsPlantedConfusions) {
   }));
 }
 
+// Four substitutions cost as much as the two confusions around the kept "x"; only the
+// latter says what the engine confused.
+TEST(ConfusionCounterTest, KeepsTheCharacterBetweenTwoConfusions) {
+  ConfusionCounter counter;
+  const std::u16string truth = u"mxri", recognised = u"rnxn";
+  counter.add(truth, recognised, alignCharacters(truth, recognised));
+  std::u16string found;
+  for (const Confusion& c : counter.mostFrequent(10)) found += c.truth + u">" + c.recognised + u" ";
+  EXPECT_EQ(found, u"m>rn ri>n ");
+}
+
 TEST(ConfusionCounterTest, LeavesOutGarbledStretchesAndKeepsTheLimit) {
   ConfusionCounter counter;
   const std::u16string truth = u"a tree b", recognised = u"a #%&!?@ b";
