@@ -1,14 +1,11 @@
-"""The Python binding against the built library: round trips and errors.
-
-Run by CTest with ORMIDA_LIBRARY set to the library just built; by hand:
-    ORMIDA_LIBRARY=build/libOrmida64.so python3 -m unittest discover -s python/tests
-"""
+"""The Python binding against the built library (CTest sets ORMIDA_LIBRARY): round trips and errors."""
 
 import json
 import os
 import sys
 import tempfile
 import unittest
+from unittest import mock
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1]))
@@ -48,14 +45,9 @@ class JobTest(unittest.TestCase):
             ormida.convert(page, Path(folder) / "page.json")
             ormida.convert(Path(folder) / "page.json", Path(folder) / "again.txt")
             self.assertIn(text, (Path(folder) / "again.txt").read_text("utf-8"))
-            with ormida.Job() as job:
-                job.set("InputFilename", Path(folder) / "page.json")
-                job.set("Compare", True)
-                job.set("Compare.With", page)
-                job.execute()
-                self.assertEqual(json.loads(job.get("Compare.Result"))["root"]["diff"]["edits"], 0)
 
     def test_unknown_result_is_none_and_closed_job_refuses(self):
+        self.assertRegex(ormida.version(), r"^Ormida \d+\.\d+\.\d+\.\d+$")
         job = ormida.Job()
         self.assertIsNone(job.get("Compare.Result"))
         job.close()
@@ -71,8 +63,6 @@ class JobTest(unittest.TestCase):
         self.assertNotEqual(caught.exception.code, 0)
         self.assertIn("does-not-exist.json", caught.exception.text)
 
-    def test_version(self):
-        self.assertRegex(ormida.version(), r"^Ormida \d+\.\d+\.\d+\.\d+$")
 
 
 class HelperTest(unittest.TestCase):
@@ -90,11 +80,9 @@ class HelperTest(unittest.TestCase):
         self.assertEqual(same["root"]["diff"]["recognition_rate_left"], 1.0)
         self.assertEqual(same["root"]["diff"]["edits"], 0)
 
-    def test_compare_refuses_a_level_and_a_missing_file(self):
+    def test_compare_refuses_an_unknown_level(self):
         with self.assertRaises(ValueError):
             ormida.compare(SAMPLES / "notice-truth.json", SAMPLES / "notice-ocr.json", level="page")
-        with self.assertRaises(ormida.OrmidaError):
-            ormida.compare(SAMPLES / "missing.json", SAMPLES / "notice-ocr.json")
 
     def test_convert_picks_the_format_by_extension_or_refuses(self):
         with tempfile.TemporaryDirectory() as folder:
@@ -112,20 +100,11 @@ class HelperTest(unittest.TestCase):
         self.assertIsInstance(report, dict)
         self.assertTrue(json.dumps(report))
 
-
-class LibraryLookupTest(unittest.TestCase):
-    def test_a_wrong_environment_setting_is_named(self):
+    def test_a_wrong_library_setting_is_named(self):
         from ormida import _native
-        saved, os.environ[_native.LIBRARY_VARIABLE] = os.environ.get(_native.LIBRARY_VARIABLE), "/nonexistent/lib.so"
-        try:
-            with self.assertRaises(OSError) as caught:
+        with mock.patch.dict(os.environ, {_native.LIBRARY_VARIABLE: "/nonexistent/lib.so"}):
+            with self.assertRaisesRegex(OSError, "/nonexistent/lib.so"):
                 _native._load()
-            self.assertIn("/nonexistent/lib.so", str(caught.exception))
-        finally:
-            if saved is None:
-                del os.environ[_native.LIBRARY_VARIABLE]
-            else:
-                os.environ[_native.LIBRARY_VARIABLE] = saved
 
 
 if __name__ == "__main__":
