@@ -114,7 +114,8 @@ CharacterAlignment alignCharacters(std::u16string_view truth, std::u16string_vie
   }
   if (aligned) {
     for (const EditRun& run : result.runs) {
-      if (run.kind != EditKind::Match) result.edits += std::max(run.truthLength, run.recognisedLength);
+      if (run.kind != EditKind::Match)
+        result.edits += std::max(run.truthLength, run.recognisedLength);
     }
   } else {
     result.edits = editDistance(a, b);

@@ -2,6 +2,7 @@
 #include "layout/comparison/report/ReportBuilder.h"
 
 #include "base/Unicode.h"
+#include "base/platform/platform.h"
 #include "layout/Image.h"
 #include "layout/Layout.h"
 #include "layout/IteratorTemplate.h"
@@ -24,7 +25,12 @@ template <class Fn>
 void forSubtree(Node& node, Fn&& fn) {
   fn(node);
   walkBelow(
-      node, [&](Node& child, Node&) { fn(child); return true; }, [](Node&) {});
+      node,
+      [&](Node& child, Node&) {
+        fn(child);
+        return true;
+      },
+      [](Node&) {});
 }
 
 // The page's lines in document order (a line inside a line is part of the outer one), or
@@ -103,7 +109,8 @@ std::filesystem::path findImage(std::u16string_view image,
     image = image.substr(1, image.size() - 2);
   }
   if (image.empty()) return {};
-  const std::filesystem::path name(image);
+  // Leniently: a name that cannot be a file's (a lone surrogate) is simply not found.
+  const std::filesystem::path name = base::platform::pathFromUtf8(base::utf16ToUtf8Lenient(image));
   std::error_code error;
   if (name.is_absolute()) {
     return std::filesystem::is_regular_file(name, error) ? name : std::filesystem::path{};
@@ -139,7 +146,8 @@ public:
       forSubtree(*truthLines[i], [&](Node& node) { truthLineOf.emplace(&node, i); });
     }
     page.lines.resize(truthLines.size());
-    for (std::size_t i = 0; i < truthLines.size(); ++i) page.lines[i].truth = lineText(*truthLines[i]);
+    for (std::size_t i = 0; i < truthLines.size(); ++i)
+      page.lines[i].truth = lineText(*truthLines[i]);
     for (Node* line : recognisedLines) {
       const std::size_t row = rowFor(*line, truthLineOf, page.lines);
       ReportLine& target = page.lines[row];
@@ -162,7 +170,8 @@ public:
       }
     }
     setSize(page, hasRecognition ? recognisedPage : truthPage);
-    if (const auto found = recognisedImages_.find(recognisedPage); found != recognisedImages_.end()) {
+    if (const auto found = recognisedImages_.find(recognisedPage);
+        found != recognisedImages_.end()) {
       page.image = findImage(found->second, imageFolders_);
     }
     if (const auto found = truthImages_.find(truthPage);

@@ -15,8 +15,8 @@ namespace qent::text::layout::comparison::report {
 
 namespace {
 
-using base::xml::XmlWriter;
 using base::xml::xmlText;
+using base::xml::XmlWriter;
 
 // The white space the writer puts between the spans of a row takes no room in a row's
 // zero-size font, while the spans keep their own blanks (pre-wrap) and wrap like text.
@@ -43,7 +43,8 @@ tr.bad td.e{color:#c00;font-weight:bold}
 
 // Sorts a table by the clicked column: by the cells' data-sort numbers when they have them,
 // else by their text; a second click reverses the order.
-constexpr std::string_view kScript = R"(for (const table of document.querySelectorAll('table.sortable')) {
+constexpr std::string_view kScript =
+    R"(for (const table of document.querySelectorAll('table.sortable')) {
   const heads = table.tHead.rows[0].cells;
   for (let c = 0; c !== heads.length; ++c) {
     heads[c].addEventListener('click', function () {
@@ -76,8 +77,8 @@ std::string concat(std::initializer_list<std::string_view> pieces) {
 
 std::string fixed(double value, int decimals) {
   char buffer[64];
-  const auto result = std::to_chars(buffer, buffer + sizeof buffer, value,
-                                    std::chars_format::fixed, decimals);
+  const auto result =
+      std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed, decimals);
   return std::string(buffer, result.ptr);
 }
 
@@ -194,8 +195,8 @@ void writeSummary(XmlWriter& out, const ReportData& data) {
   out.attribute("class", "legend");
   out.text("Recognition against ground truth: ");
   element(out, "span", "kept");
-  for (const auto& [kind, label] : {std::pair{"sub", "substituted"}, {"del", "missing"},
-                                    {"ins", "added"}}) {
+  for (const auto& [kind, label] :
+       {std::pair{"sub", "substituted"}, {"del", "missing"}, {"ins", "added"}}) {
     out.startElement("span");
     out.attribute("class", kind);
     out.text(label);
@@ -209,8 +210,8 @@ void writePageTable(XmlWriter& out, const ReportData& data) {
   out.startElement("table");
   out.attribute("id", "pages");
   out.attribute("class", "sortable");
-  head(out, {"Page", "Lines", "Ground-truth characters", "Edits", "CER %", "Recognition rate",
-             "F1"});
+  head(out,
+       {"Page", "Lines", "Ground-truth characters", "Edits", "CER %", "Recognition rate", "F1"});
   out.startElement("tbody");
   for (const ReportPage& page : data.pages) {
     out.startElement("tr");
@@ -240,7 +241,8 @@ void writePageTable(XmlWriter& out, const ReportData& data) {
 void writeConfusions(XmlWriter& out, const ReportData& data) {
   element(out, "h2", "Most frequent confusions");
   if (data.confusions.empty()) {
-    element(out, "p", "None: every difference was longer than a few characters, or there was none.");
+    element(out, "p",
+            "None: every difference was longer than a few characters, or there was none.");
     return;
   }
   out.startElement("table");
@@ -277,10 +279,10 @@ void writeBoxes(XmlWriter& out, const ReportPage& page) {
   for (const ReportBox& box : page.boxes) {
     const std::size_t edits = page.lines[box.line].alignment.edits;
     const std::string style =
-        concat({"left:", fixed(100.0 * box.rect.left / width, 3), "%;top:",
-                fixed(100.0 * box.rect.top / height, 3), "%;width:",
-                fixed(100.0 * box.rect.width / width, 3), "%;height:",
-                fixed(100.0 * box.rect.height / height, 3), "%"});
+        concat({"left:", fixed(100.0 * box.rect.left / width, 3),
+                "%;top:", fixed(100.0 * box.rect.top / height, 3),
+                "%;width:", fixed(100.0 * box.rect.width / width, 3),
+                "%;height:", fixed(100.0 * box.rect.height / height, 3), "%"});
     out.startElement("a");
     out.attribute("class", edits == 0 ? "box" : "box bad");
     out.attribute("href", concat({"#", rowAnchor(page, box.line)}));

@@ -23,14 +23,15 @@ std::size_t referenceDistance(const std::u16string& a, const std::u16string& b) 
   for (std::size_t j = 0; j <= b.size(); ++j) d[0][j] = j;
   for (std::size_t i = 1; i <= a.size(); ++i) {
     for (std::size_t j = 1; j <= b.size(); ++j) {
-      d[i][j] = std::min({d[i - 1][j] + 1, d[i][j - 1] + 1,
-                          d[i - 1][j - 1] + (a[i - 1] == b[j - 1] ? 0 : 1)});
+      d[i][j] = std::min(
+          {d[i - 1][j] + 1, d[i][j - 1] + 1, d[i - 1][j - 1] + (a[i - 1] == b[j - 1] ? 0 : 1)});
     }
   }
   return d[a.size()][b.size()];
 }
 
-std::u16string randomText(std::mt19937& random, std::size_t maxLength, std::u16string_view alphabet) {
+std::u16string randomText(std::mt19937& random, std::size_t maxLength,
+                          std::u16string_view alphabet) {
   std::uniform_int_distribution<std::size_t> length(0, maxLength), pick(0, alphabet.size() - 1);
   std::u16string text(length(random), u' ');
   for (char16_t& c : text) c = alphabet[pick(random)];
@@ -45,7 +46,8 @@ void expectValidAlignment(const std::u16string& truth, const std::u16string& rec
   std::size_t cost = 0;
   for (const EditRun& run : alignment.runs) {
     const auto t = std::u16string_view(truth).substr(run.truthStart, run.truthLength);
-    const auto r = std::u16string_view(recognised).substr(run.recognisedStart, run.recognisedLength);
+    const auto r =
+        std::u16string_view(recognised).substr(run.recognisedStart, run.recognisedLength);
     truthSide += t;
     recognisedSide += r;
     switch (run.kind) {
@@ -55,8 +57,14 @@ void expectValidAlignment(const std::u16string& truth, const std::u16string& rec
         for (std::size_t i = 0; i < t.size(); ++i) EXPECT_NE(t[i], r[i]);
         cost += t.size();
         break;
-      case EditKind::Insertion: EXPECT_TRUE(t.empty()); cost += r.size(); break;
-      case EditKind::Deletion: EXPECT_TRUE(r.empty()); cost += t.size(); break;
+      case EditKind::Insertion:
+        EXPECT_TRUE(t.empty());
+        cost += r.size();
+        break;
+      case EditKind::Deletion:
+        EXPECT_TRUE(r.empty());
+        cost += t.size();
+        break;
     }
   }
   EXPECT_EQ(truthSide, truth);
@@ -90,8 +98,11 @@ TEST(CharacterAlignmentTest, TooLongToAlignStillCountsExactly) {
 // Confusions planted into random text whose alphabet cannot take part in them, each between
 // a ">" and a "<" that no other piece contains, are all found and nothing else is.
 TEST(ConfusionCounterTest, FindsPlantedConfusions) {
-  struct Plant { std::u16string truth, recognised; };
-  const std::vector<Plant> plants = {{u"m", u"rn"}, {u"l", u"1"}, {u"ri", u"n"}, {u"0", u""}, {u"", u"."}};
+  struct Plant {
+    std::u16string truth, recognised;
+  };
+  const std::vector<Plant> plants = {
+      {u"m", u"rn"}, {u"l", u"1"}, {u"ri", u"n"}, {u"0", u""}, {u"", u"."}};
   std::mt19937 random(7);
   std::vector<std::size_t> planted(plants.size());
   ConfusionCounter counter;

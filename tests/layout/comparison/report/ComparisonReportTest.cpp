@@ -15,7 +15,8 @@ namespace {
 using qent::test::Job;
 using qent::test::TempDir;
 
-const std::filesystem::path kSamples = std::filesystem::path(ORMIDA_SOURCE_DIR) / "data" / "samples";
+const std::filesystem::path kSamples =
+    std::filesystem::path(ORMIDA_SOURCE_DIR) / "data" / "samples";
 
 // Runs a comparison with a report; returns the job's code.
 uint32_t compareWithReport(const std::filesystem::path& recognition,
@@ -36,8 +37,8 @@ TEST(ComparisonReportTest, WritesTheGoldenReportOfASmallPair) {
   const TempDir dir;
   for (const std::string level : {"word", "line"}) {
     const auto report = dir / ("notice-" + level + ".html");
-    ASSERT_EQ(compareWithReport(kSamples / "notice-ocr.json", kSamples / "notice-truth.json", report,
-                                level),
+    ASSERT_EQ(compareWithReport(kSamples / "notice-ocr.json", kSamples / "notice-truth.json",
+                                report, level),
               0u);
     qent::test::expectGolden("comparison/report/notice-" + level + ".html",
                              qent::test::readAll(report));

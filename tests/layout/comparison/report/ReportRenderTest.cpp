@@ -22,15 +22,18 @@ const page = document.querySelector('.page').getBoundingClientRect();
 const boxes = Array.from(document.querySelectorAll('.box'), b => b.getBoundingClientRect());
 const inside = boxes.filter(r => r.width > 0 && r.left >= page.left && r.right <= page.right &&
                                  r.top >= page.top && r.bottom <= page.bottom).length;
-const counts = () => Array.from(document.querySelectorAll('#confusions tbody tr'), r => Number(r.cells[2].textContent));
-const ordered = (list, sign) => list.length > 0 && list.every((v, i) => i === 0 || sign * (v - list[i - 1]) >= 0);
+const counts = () => Array.from(document.querySelectorAll('#confusions tbody tr'),
+                                r => Number(r.cells[2].textContent));
+const ordered = (list, sign) =>
+    list.length > 0 && list.every((v, i) => i === 0 || sign * (v - list[i - 1]) >= 0);
 const head = document.querySelectorAll('#confusions th')[2];
 head.click();
 const ascending = ordered(counts(), 1);
 head.click();
 const pre = document.createElement('pre');
 pre.id = 'probe';
-pre.textContent = [document.querySelector('.page img').naturalWidth, boxes.length, inside, ascending, ordered(counts(), -1)].join(' ');
+pre.textContent = [document.querySelector('.page img').naturalWidth, boxes.length, inside,
+                   ascending, ordered(counts(), -1)].join(' ');
 document.body.appendChild(pre);
 </script>)";
 
@@ -52,7 +55,8 @@ TEST(ReportRenderTest, ChromiumShowsTheImageBoxesAndSortsTheConfusions) {
     GTEST_SKIP() << "Chromium is not installed (Debian package chromium, which "
                     "tools/install-deps installs): the report was not rendered";
   }
-  const std::filesystem::path samples = std::filesystem::path(ORMIDA_SOURCE_DIR) / "data" / "samples";
+  const std::filesystem::path samples =
+      std::filesystem::path(ORMIDA_SOURCE_DIR) / "data" / "samples";
   const qent::test::TempDir dir;
   qent::test::Job job;
   job.set("TolerantHocr", "true");
@@ -66,8 +70,9 @@ TEST(ReportRenderTest, ChromiumShowsTheImageBoxesAndSortsTheConfusions) {
   const auto probed = dir.write("probed.html", html);
   // A profile of its own, so that a browser already running is not asked to do it; the
   // time limit keeps a stuck browser from stopping the suite.
-  std::string chromium = "timeout 60 chromium --headless --no-sandbox --disable-gpu "
-                         "--hide-scrollbars --window-size=1200,1400 --user-data-dir='";
+  std::string chromium =
+      "timeout 60 chromium --headless --no-sandbox --disable-gpu "
+      "--hide-scrollbars --window-size=1200,1400 --user-data-dir='";
   chromium += (dir / "profile").string();
   chromium += "' ";
   const std::string dom = run(chromium + "--dump-dom 'file://" + probed.string() + "' 2>/dev/null");
