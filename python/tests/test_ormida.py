@@ -75,10 +75,6 @@ class HelperTest(unittest.TestCase):
         root = result["root"]
         self.assertEqual(root["compare"], "line")
         self.assertLess(root["diff"]["recognition_rate_left"], 1.0)
-        # A recognition compared with itself is perfect.
-        same = ormida.compare(SAMPLES / "notice-ocr.json", SAMPLES / "notice-ocr.json")
-        self.assertEqual(same["root"]["diff"]["recognition_rate_left"], 1.0)
-        self.assertEqual(same["root"]["diff"]["edits"], 0)
 
     def test_compare_refuses_an_unknown_level(self):
         with self.assertRaises(ValueError):
@@ -96,9 +92,8 @@ class HelperTest(unittest.TestCase):
             self.assertTrue(webanno.read_text("utf-8").startswith("#FORMAT=WebAnno TSV"))
 
     def test_check_reports_the_word_statistics(self):
-        report = ormida.check(SAMPLES / "hocr-letter-eng-truth.hocr", "eng")
-        self.assertIsInstance(report, dict)
-        self.assertTrue(json.dumps(report))
+        statistics = ormida.check(SAMPLES / "hocr-letter-eng-truth.hocr", "eng")["DocumentStatistics"]
+        self.assertEqual((statistics["Language"], statistics["MainWordFrequency"]["Lane"]), ("eng", 2))
 
     def test_a_wrong_library_setting_is_named(self):
         from ormida import _native
