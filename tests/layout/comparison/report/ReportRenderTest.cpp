@@ -14,6 +14,7 @@
 
 namespace {
 
+#if !defined(_WIN32)
 // Reports what the browser made of the report into #probe: the loaded image's width, how
 // many boxes there are and how many lie inside the page, and whether the confusion counts
 // are in order after one click (ascending) and after a second (descending) on their head.
@@ -46,6 +47,8 @@ std::string run(const std::string& command) {
   pclose(pipe);
   return out;
 }
+
+#endif
 
 TEST(ReportRenderTest, ChromiumShowsTheImageBoxesAndSortsTheConfusions) {
 #if defined(_WIN32)
