@@ -31,6 +31,8 @@ inline constexpr PropertyHelp kProperties[] = {
     {"Compare.OutputFilename", "string", "unset", "file that receives the comparison result JSON"},
     {"Compare.Normalization", "string", "unset", "none, nfc, nfkc: Unicode normalisation for CER/WER; setting it adds their counts (\"metrics\") to the result"},
     {"Compare.Graphemes", "boolean", "false", "CER counts grapheme clusters instead of code points (adds \"metrics\" too)"},
+
+    {"ComparisonReportFilename", "string", "unset", "with Compare: also write a visual HTML report of the differences to this file"},
     {"ExtractFromLayout", "boolean", "false", "measure the main layout inside the zones of a reference, page by page (CompareErrorRate)"},
     {"ExtractFromLayout.With", "string", "unset", "the reference whose areas are the zones (else the second input)"},
     {"ExtractFromLayout.Level", "enum", "Line", "None, Glyph, Word, Line: the nodes assigned to zones"},

@@ -210,7 +210,7 @@ constexpr std::array<std::string_view, kPropertyCount> kNames = {
     "WebAnnoOffsets", "__Reserved0781", "With", "__Reserved0783",
     "WordHeightFactor", "WordRecognizer", "__Reserved0786", "WordWidthFactor",
     "WorkSpace", "__Reserved0789", "__Reserved0790", "Normalization",
-    "Graphemes", "__Reserved0793", "__Reserved0794", "__Reserved0795",
+    "Graphemes", "ComparisonReportFilename", "__Reserved0794", "__Reserved0795",
     "__Reserved0796", "__Reserved0797", "__Reserved0798", "__Reserved0799",
     "__Reserved0800", "__Reserved0801", "__Reserved0802", "__Reserved0803",
     "__Reserved0804", "__Reserved0805",

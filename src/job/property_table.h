@@ -76,6 +76,8 @@ enum PropertyNumber : std::uint32_t {
   // counting grapheme clusters instead of code points.
   kNormalization = 791,
   kGraphemes = 792,
+
+  kComparisonReportFilename = 793,
 };
 
 // The name at a number ("__Unknown" for 0 and for numbers outside the table).

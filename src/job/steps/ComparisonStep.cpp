@@ -8,8 +8,11 @@
 #include "job/property_table.h"
 #include "job/steps/JobSteps.h"
 #include "layout/comparison/LayoutComparison.h"
+#include "layout/comparison/report/ComparisonReport.h"
 
+#include <filesystem>
 #include <stdexcept>
+#include <vector>
 
 namespace qent::job::steps {
 
@@ -22,6 +25,7 @@ struct StepOptions {
   comparison::CompareOptions compare;  // Word, Text, edit distance, partial errors, Corner
   std::u16string with;
   std::u16string outputFilename;
+  std::u16string reportFilename;
 };
 
 comparison::MetricsOptions& metrics(comparison::CompareOptions& compare) {
@@ -49,7 +53,22 @@ StepOptions readOptions(const PropertyStore& properties) {
       default: break;
     }
   }
+  options.reportFilename = properties.string(kComparisonReportFilename);
   return options;
+}
+
+// Where the report looks for page images the layouts name: beside each compared document,
+// then in the WorkSpace.
+std::vector<std::filesystem::path> imageFolders(const JobExecution& execution,
+                                                const Document& left, const Document& right) {
+  std::vector<std::filesystem::path> folders;
+  for (const Document* document : {&left, &right}) {
+    if (document->name().rfind("memory:", 0) == 0) continue;
+    folders.push_back(
+        execution.resolve(base::utf8ToUtf16Lenient(document->name())).parent_path());
+  }
+  folders.push_back(execution.resolve(u"."));
+  return folders;
 }
 
 }  // namespace
@@ -71,8 +90,16 @@ void comparison(JobExecution& execution) {
   }
   // A reference loaded from Compare.With is dropped after this step: its annotations would
   // never be read.
-  const std::string result = comparison::compareLayouts(options.compare, *left.layout(),
-                                                        *right.layout(), second == nullptr);
+  std::function<void(const comparison::Comparator&)> report;
+  if (!options.reportFilename.empty()) {
+    report = [&](const comparison::Comparator& comparator) {
+      comparison::report::writeComparisonReport(comparator,
+                                                execution.resolve(options.reportFilename),
+                                                imageFolders(execution, left, right));
+    };
+  }
+  const std::string result = comparison::compareLayouts(
+      options.compare, *left.layout(), *right.layout(), second == nullptr, report);
   job.setSubResult(kCompare, kResult, base::utf8ToUtf16(result));
   execution.writeResultFile(options.outputFilename, result);
 }

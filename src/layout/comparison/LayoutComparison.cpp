@@ -27,13 +27,22 @@ std::unique_ptr<Comparator> makeComparator(const CompareOptions& options, Layout
 
 std::string compareLayouts(const CompareOptions& options, Layout& left, Layout& right,
                            bool annotateRight) {
+  return compareLayouts(options, left, right, annotateRight, {});
+}
+
+std::string compareLayouts(const CompareOptions& options, Layout& left, Layout& right,
+                           bool annotateRight,
+                           const std::function<void(const Comparator&)>& inspect) {
   const std::unique_ptr<Comparator> comparator = makeComparator(options, left, right);
   comparator->compare();
   comparator->createStatistics(true, annotateRight);
   std::optional<TextMetrics> metrics;
   if (options.metrics) metrics = measureErrors(*comparator, *options.metrics);
-  return writeComparisonResult(options.level, summarizeRoots(*comparator),
-                               summarizePages(*comparator), metrics ? &*metrics : nullptr);
+  std::string result = writeComparisonResult(options.level, summarizeRoots(*comparator),
+                                             summarizePages(*comparator),
+                                             metrics ? &*metrics : nullptr);
+  if (inspect) inspect(*comparator);
+  return result;
 }
 
 }  // namespace qent::text::layout::comparison

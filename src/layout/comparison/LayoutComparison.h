@@ -5,6 +5,7 @@
 #include "layout/comparison/CompareEnums.h"
 #include "layout/comparison/ErrorCounts.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -41,5 +42,11 @@ std::unique_ptr<Comparator> makeComparator(const CompareOptions& options, Layout
 // annotateRight), and returns the result document.
 std::string compareLayouts(const CompareOptions& options, Layout& left, Layout& right,
                            bool annotateRight = true);
+// The same, handing the finished comparator to `inspect` before it goes (for what reads
+// more than the result document, such as the visual report). When inspect throws, the
+// layouts keep their annotations and the exception passes on.
+std::string compareLayouts(const CompareOptions& options, Layout& left, Layout& right,
+                           bool annotateRight,
+                           const std::function<void(const Comparator&)>& inspect);
 
 }  // namespace qent::text::layout::comparison
