@@ -12,6 +12,11 @@
 #include "layout/format/PlainTextWriter.h"
 #include "layout/format/WebAnnoReader.h"
 #include "layout/format/WebAnnoWriter.h"
+#include "layout/format/alto/AltoReader.h"
+#include "layout/format/alto/AltoWriter.h"
+#include "layout/format/page/PageXmlReader.h"
+#include "layout/format/page/PageXmlWriter.h"
+#include "layout/format/xml/XmlInput.h"
 #include "layout/format/html/HtmlWriter.h"
 
 #include <stdexcept>
@@ -66,6 +71,10 @@ bool isCloudOcr(std::string_view text) {
 bool isJsonLayout(std::string_view text) { return text.starts_with('{'); }
 bool isMarkup(std::string_view text) { return text.starts_with('<'); }
 bool isWebAnno(std::string_view text) { return text.starts_with("#FORMAT=WebAnno TSV"); }
+// By the root element alone: its namespace is the reader's to check, so that an ALTO file
+// in an unknown namespace is told so instead of being read as hOCR.
+bool isAlto(std::string_view text) { return format::xml::rootElementName(text) == "alto"; }
+bool isPageXml(std::string_view text) { return format::xml::rootElementName(text) == "PcGts"; }
 
 LayoutPointer readJson(std::string& utf8, const ReadOptions&) {
   return format::JSONReader().readInPlace(utf8);
@@ -77,6 +86,12 @@ LayoutPointer readHocr(std::string& utf8, const ReadOptions& options) {
   using Reader = text::hocr::PugiHocrReader;
   return Reader(options.tolerantHocr ? Reader::Dialect::Tolerant : Reader::Dialect::Strict)
       .readInPlace(utf8);
+}
+LayoutPointer readAlto(std::string& utf8, const ReadOptions&) {
+  return format::AltoReader().readInPlace(utf8);
+}
+LayoutPointer readPageXml(std::string& utf8, const ReadOptions&) {
+  return format::PageXmlReader().readInPlace(utf8);
 }
 LayoutPointer readWebAnno(std::string& utf8, const ReadOptions&) {
   return format::WebAnnoReader().read(utf8);
@@ -94,6 +109,12 @@ void writeWebAnno(const layout::Layout& layout, base::Sink& sink, const WriteOpt
                                                 : Writer::Offsets::Utf8Bytes)
                  .write(layout));
 }
+void writeAlto(const layout::Layout& layout, base::Sink& sink, const WriteOptions&) {
+  format::AltoWriter().write(layout, sink);
+}
+void writePageXml(const layout::Layout& layout, base::Sink& sink, const WriteOptions&) {
+  format::PageXmlWriter().write(layout, sink);
+}
 void writeHtml(const layout::Layout& layout, base::Sink& sink, const WriteOptions&) {
   format::html::HtmlWriter().write(layout, sink);
 }
@@ -101,8 +122,13 @@ void writePlainText(const layout::Layout& layout, base::Sink& sink, const WriteO
   sink.write(base::utf16ToUtf8(format::PlainTextWriter().write(layout)));
 }
 
-// In the order of OutputFilename.Format's documentation; content tests run in this order.
+// In the order of OutputFilename.Format's documentation; content tests run in this order,
+// so the XML layout formats, told by their root element, come before hOCR, which takes any
+// markup.
 constexpr Format kFormats[] = {
+    {layout::kFormatAlto, "alto", "ALTO", "alto.xml", isAlto, readAlto, writeAlto, true},
+    {layout::kFormatPageXml, "page", "PAGE", "page.xml", isPageXml, readPageXml, writePageXml,
+     true},
     {layout::kFormatHocr, "hocr", "hOCR", "hocr", isMarkup, readHocr, writeHocr},
     {layout::kFormatCloudOcr, "", "cloud-OCR JSON", "json", isCloudOcr, readCloudOcr, nullptr},
     {layout::kFormatJsonLayout, "json", "JSON layout", "json", isJsonLayout, readJson, writeJson},
@@ -123,9 +149,10 @@ const Format* formatOfContent(std::string_view utf8) {
   return nullptr;
 }
 
-const Format& formatNamed(std::string_view name) {
+const Format& formatNamed(std::string_view name, bool xmlLayoutFormats) {
   for (const Format& format : kFormats) {
-    if (format.write != nullptr && base::equalsIgnoreAsciiCase(name, format.name)) return format;
+    if (format.write == nullptr || (format.optIn && !xmlLayoutFormats)) continue;
+    if (base::equalsIgnoreAsciiCase(name, format.name)) return format;
   }
   throw std::runtime_error("unsupported output format specified");
 }

@@ -33,14 +33,18 @@ struct Format {
   // in place, so a file is held once while its layout is built.
   std::unique_ptr<text::layout::Layout> (*read)(std::string& utf8, const ReadOptions& options);
   void (*write)(const text::layout::Layout& layout, base::Sink& sink, const WriteOptions& options);
+  // Written only when the caller opts in (XmlLayoutFormats): without it the output formats
+  // are exactly the documented ones. Reading needs no opt-in.
+  bool optIn = false;
 };
 
 // The format the text (UTF-8) is in, judged after its leading white space; null for plain
 // text.
 const Format* formatOfContent(std::string_view utf8);
-// The format with a writer named so in OutputFilename.Format; the runtime error
-// "unsupported output format specified" for any other name.
-const Format& formatNamed(std::string_view name);
+// The format with a writer named so in OutputFilename.Format, the opt-in formats only when
+// `xmlLayoutFormats`; the runtime error "unsupported output format specified" for any other
+// name.
+const Format& formatNamed(std::string_view name, bool xmlLayoutFormats = false);
 // Writes the layout in the format, which must have a writer (formatNamed gives only such).
 void writeLayout(const Format& format, const text::layout::Layout& layout, base::Sink& sink,
                  const WriteOptions& options = {});

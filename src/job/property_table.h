@@ -72,6 +72,7 @@ enum PropertyNumber : std::uint32_t {
   kWordRecognizer = 785,
   kWordWidthFactor = 787,
   kWorkSpace = 788,
+  kXmlLayoutFormats = 790,
 };
 
 // The name at a number ("__Unknown" for 0 and for numbers outside the table).
