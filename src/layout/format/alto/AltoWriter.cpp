@@ -175,7 +175,7 @@ private:
       case NodeClass::Picture:
         if (level != Level::Blocks) return false;
         closeWrappers(context);
-        open("Illustration", node, "illustration");
+        open("Illustration", node, "illustration", true);
         closeStart(node);
         out_.endElement();
         return false;  // nothing of ALTO's below an illustration but its shape
@@ -188,6 +188,16 @@ private:
           out_.attribute("BASELINE", xmlText(*baseline));
         }
         closeStart(node);
+        if (!holdsWords(node)) {
+          // A TextLine holds at least one String: a line read without words (PAGE lines,
+          // hOCR lines of line-level engines) is written as one String with its text.
+          out_.startElement("String");
+          writeRect(static_cast<Fragment&>(node).rect());
+          out_.attribute("CONTENT", xmlText(nodeText(node)));
+          out_.endElement();
+          out_.endElement();  // TextLine
+          return false;
+        }
         frames_.push_back({Level::Words, 1});
         return true;
       case NodeClass::Word:
@@ -206,6 +216,15 @@ private:
       default:
         return transparent(context);
     }
+  }
+
+  static bool holdsWords(Node& line) {
+    bool found = false;
+    walkBelow(line, [&found](Node& node, Node&) {
+      found = found || node.nodeClass() == NodeClass::Word || node.nodeClass() == NodeClass::Glyph;
+      return !found;
+    }, [](Node&) {});
+    return found;
   }
 
   void leave(Node&) {
@@ -236,6 +255,7 @@ private:
     closeWrappers(context);
     if (context.level == Level::Blocks) {
       out_.startElement("TextBlock");
+      out_.attribute("ID", ids_.idFor(u"", "block"));
       ++context.wrappers;
     }
     if (depth == 2 || context.level == Level::Lines) {
@@ -258,12 +278,12 @@ private:
       if (c == NodeClass::Box || c == NodeClass::Picture) holdsBlocks = true;
     }
     if (name == u"GraphicalElement" && box.childCount() == 0) {
-      open("GraphicalElement", box, "graphic");
+      open("GraphicalElement", box, "graphic", true);
       closeStart(box);
       out_.endElement();
       return false;
     }
-    open(holdsBlocks ? "ComposedBlock" : "TextBlock", box, "block");
+    open(holdsBlocks ? "ComposedBlock" : "TextBlock", box, "block", true);
     closeStart(box);
     frames_.push_back({holdsBlocks ? Level::Blocks : Level::Lines, 1});
     return true;
@@ -296,9 +316,10 @@ private:
     frames_.push_back({Level::Blocks, 2});
   }
 
-  void open(const char* name, Node& node, std::string_view prefix) {
+  // Blocks must have an ID in ALTO 4; lines, strings and glyphs keep theirs if they have one.
+  void open(const char* name, Node& node, std::string_view prefix, bool idRequired = false) {
     out_.startElement(name);
-    if (!node.id().empty()) out_.attribute("ID", ids_.idFor(node.id(), prefix));
+    if (idRequired || !node.id().empty()) out_.attribute("ID", ids_.idFor(node.id(), prefix));
     if (isA(node)) writeRect(static_cast<Fragment&>(node).rect());
   }
 
@@ -373,10 +394,15 @@ private:
     frames_.push_back({Level::Glyphs, 1, 0, false, attribute(word, u"HYP")});
   }
 
+  // ALTO's Glyph holds exactly one character; a glyph of a base letter and a combining
+  // mark, or of no text, is left out (its String keeps the whole text).
   void writeGlyph(Glyph& glyph) {
-    open("Glyph", glyph, "glyph");
     const std::u16string* content = attribute(glyph, u"CONTENT");
-    out_.attribute("CONTENT", xmlText(!glyph.text().empty() || content == nullptr ? glyph.text() : *content));
+    const std::u16string& text = !glyph.text().empty() || content == nullptr ? glyph.text() : *content;
+    const bool pair = text.size() == 2 && text[0] >= 0xD800 && text[0] < 0xDC00;
+    if (text.size() != 1 && !pair) return;
+    open("Glyph", glyph, "glyph");
+    out_.attribute("CONTENT", xmlText(text));
     const std::string gc = xml::confidenceText(glyph, factor_);
     if (!gc.empty()) out_.attribute("GC", gc);
     closeStart(glyph);

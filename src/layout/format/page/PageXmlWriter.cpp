@@ -15,6 +15,7 @@
 #include <charconv>
 #include <chrono>
 #include <cstdio>
+#include <stdexcept>
 #include <vector>
 
 namespace qent::text::layout::format {
@@ -106,6 +107,12 @@ public:
 
   void build() {
     Node* root = layout_.root();
+    if (root != nullptr && pageCount(*root) > 1) {
+      // Checked before anything is written, so no partial document reaches the sink.
+      throw std::runtime_error(
+          "PAGE XML holds one page per document; this layout has more: write its pages one "
+          "by one");
+    }
     out_.declaration("1.0", "UTF-8");
     out_.startElement("PcGts");
     out_.attribute("xmlns", "http://schema.primaresearch.org/PAGE/gts/pagecontent/2019-07-15");
@@ -127,6 +134,16 @@ public:
   }
 
 private:
+  static std::size_t pageCount(Node& root) {
+    std::size_t pages = root.nodeClass() == NodeClass::Page ? 1 : 0;
+    walkBelow(root, [&pages](Node& node, Node&) {
+      if (node.nodeClass() != NodeClass::Page) return true;
+      ++pages;
+      return false;
+    }, [](Node&) {});
+    return pages;
+  }
+
   void writeMetadata(const Node* root) {
     out_.startElement("Metadata");
     std::string creator;
