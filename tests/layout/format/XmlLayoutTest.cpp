@@ -71,7 +71,8 @@ TEST(XmlLayoutTest, ConvertsThroughTheJobAndComparesAcrossFormats) {
   ASSERT_EQ(job.execute(), ORMIDA_OK) << job.errorText();
   const std::string result = job.get("Compare.Result").second;
   EXPECT_NE(result.find(R"("diff":{"edits":0,"error_count_left":0,"error_count_right":0)"),
-            std::string::npos) << result;
+            std::string::npos)
+      << result;
 }
 
 }  // namespace

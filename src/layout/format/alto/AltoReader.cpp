@@ -111,7 +111,8 @@ private:
         }
       } else if (key == "sourceImageInformation") {
         for (const pugi::xml_node& source : item.children()) {
-          if (localName(source) == "fileName") image_ = in_.wide(trimmed(source.child_value()), source);
+          if (localName(source) == "fileName")
+            image_ = in_.wide(trimmed(source.child_value()), source);
         }
       } else if (key == "OCRProcessing" || key == "Processing") {
         readSoftware(item, layout);
@@ -128,8 +129,10 @@ private:
       if (localName(node) == "processingSoftware") {
         std::u16string name, version;
         for (const pugi::xml_node& field : node.children()) {
-          if (localName(field) == "softwareName") name = in_.wide(trimmed(field.child_value()), field);
-          if (localName(field) == "softwareVersion") version = in_.wide(trimmed(field.child_value()), field);
+          if (localName(field) == "softwareName")
+            name = in_.wide(trimmed(field.child_value()), field);
+          if (localName(field) == "softwareVersion")
+            version = in_.wide(trimmed(field.child_value()), field);
         }
         if (!name.empty() || !version.empty()) layout.addVersion(name, version);
         continue;
@@ -178,8 +181,8 @@ private:
       const pugi::xml_node child = top.next;
       top.next = top.next.next_sibling();
       if (child.type() != pugi::node_element) continue;
-      const char* styles = child.attribute("STYLEREFS") ? child.attribute("STYLEREFS").value()
-                                                          : top.styles;
+      const char* styles =
+          child.attribute("STYLEREFS") ? child.attribute("STYLEREFS").value() : top.styles;
       // The root and the page are levels 1 and 2.
       if (path.size() + 2 > kMaxLayoutDepth) {
         in_.fail(child, "is nested deeper than " + std::to_string(kMaxLayoutDepth) + " levels");
@@ -197,7 +200,8 @@ private:
     if (key == "TextLine") return &fragment<Line>(element, parent);
     if (key == "String") return &readString(element, parent, styles);
     if (key == "Glyph") {
-      Glyph& glyph = fragment<Glyph>(element, parent, {"CONTENT", "GC"});
+      Glyph& glyph = fragment<Glyph>(element, parent,
+                                     {"ID", "HPOS", "VPOS", "WIDTH", "HEIGHT", "CONTENT", "GC"});
       glyph.setText(in_.wide(element.attribute("CONTENT").value(), element));
       if (element.attribute("GC")) glyph.setConfidence(confidence(element, "GC"));
       return &glyph;
@@ -234,7 +238,8 @@ private:
   }
 
   Word& readString(const pugi::xml_node& element, Node& parent, const char* styles) {
-    Word& word = fragment<Word>(element, parent, {"CONTENT", "WC"});
+    Word& word =
+        fragment<Word>(element, parent, {"ID", "HPOS", "VPOS", "WIDTH", "HEIGHT", "CONTENT", "WC"});
     word.setText(in_.wide(element.attribute("CONTENT").value(), element));
     if (element.attribute("WC")) word.setConfidence(confidence(element, "WC"));
     std::string_view refs = styles;
@@ -277,16 +282,14 @@ private:
     }
   }
 
+  // `fields`: the attributes read into fields, which are not kept as attributes too.
   template <class T>
   T& fragment(const pugi::xml_node& element, Node& parent,
-              std::initializer_list<std::string_view> fields = {}) {
+              std::initializer_list<std::string_view> fields = {"ID", "HPOS", "VPOS", "WIDTH",
+                                                                "HEIGHT"}) {
     T& node = parent.appendChild(std::make_unique<T>());
     node.setId(in_.wide(element.attribute("ID").value(), element));
-    in_.keepAttributes(element, node, {"ID", "HPOS", "VPOS", "WIDTH", "HEIGHT"});
-    for (std::string_view field : fields) {
-      const auto at = node.attributes().find(in_.wide(field, element));
-      if (at != node.attributes().end()) node.attributes().erase(at);
-    }
+    in_.keepAttributes(element, node, fields);
     node.setRect(rect(element));
     return node;
   }
@@ -311,7 +314,8 @@ private:
     const double value = in_.number(element, attribute);
     if (value < 0) {
       std::string what = "has the negative ";
-      in_.fail(element, what.append(attribute).append(" ").append(element.attribute(attribute).value()));
+      in_.fail(element,
+               what.append(attribute).append(" ").append(element.attribute(attribute).value()));
     }
     return in_.pixels(value, scale_, element, attribute);
   }

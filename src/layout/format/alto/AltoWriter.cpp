@@ -56,7 +56,8 @@ bool isLanguage(std::u16string_view value) {
   if (value.empty() || value.size() > 35) return false;
   std::size_t part = 0;
   for (char16_t c : value) {
-    const bool alnum = (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || (c >= u'0' && c <= u'9');
+    const bool alnum =
+        (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || (c >= u'0' && c <= u'9');
     if (c == u'-') {
       if (part == 0) return false;
       part = 0;
@@ -92,8 +93,9 @@ public:
     out_.startElement("Layout");
     if (root != nullptr) {
       frames_.push_back({Level::Document});
-      if (enter(*root)) walkBelow(*root, [this](Node& n, Node&) { return enter(n); },
-                                  [this](Node& n) { leave(n); });
+      if (enter(*root))
+        walkBelow(
+            *root, [this](Node& n, Node&) { return enter(n); }, [this](Node& n) { leave(n); });
       leave(*root);
     }
     out_.endElement();  // Layout
@@ -104,18 +106,21 @@ public:
 private:
   // What the head names: the source image and the fonts in use.
   void survey(Node& root) {
-    walkBelow(root, [this](Node& node, Node&) {
-      if (node.nodeClass() == NodeClass::Image && image_.empty()) {
-        image_ = static_cast<Image&>(node).image();
-      }
-      if (node.nodeClass() == NodeClass::Word) {
-        const Word& word = static_cast<Word&>(node);
-        if (word.fontSize() >= 0) {
-          fonts_.emplace(FontKey{word.fontFamily(), word.fontSize()}, "");
-        }
-      }
-      return true;
-    }, [](Node&) {});
+    walkBelow(
+        root,
+        [this](Node& node, Node&) {
+          if (node.nodeClass() == NodeClass::Image && image_.empty()) {
+            image_ = static_cast<Image&>(node).image();
+          }
+          if (node.nodeClass() == NodeClass::Word) {
+            const Word& word = static_cast<Word&>(node);
+            if (word.fontSize() >= 0) {
+              fonts_.emplace(FontKey{word.fontFamily(), word.fontSize()}, "");
+            }
+          }
+          return true;
+        },
+        [](Node&) {});
     std::size_t n = 0;
     for (auto& [key, id] : fonts_) id = "font" + std::to_string(n++);
   }
@@ -220,10 +225,14 @@ private:
 
   static bool holdsWords(Node& line) {
     bool found = false;
-    walkBelow(line, [&found](Node& node, Node&) {
-      found = found || node.nodeClass() == NodeClass::Word || node.nodeClass() == NodeClass::Glyph;
-      return !found;
-    }, [](Node&) {});
+    walkBelow(
+        line,
+        [&found](Node& node, Node&) {
+          found =
+              found || node.nodeClass() == NodeClass::Word || node.nodeClass() == NodeClass::Glyph;
+          return !found;
+        },
+        [](Node&) {});
     return found;
   }
 
@@ -363,8 +372,8 @@ private:
     const auto font = fonts_.find(FontKey{word.fontFamily(), word.fontSize()});
     if (font != fonts_.end()) out_.attribute("STYLEREFS", font->second);
     if (const std::u16string* style = attribute(word, u"STYLE");
-        style != nullptr && allTokensIn(*style, {u"bold", u"italics", u"subscript",
-                                                 u"superscript", u"smallCaps", u"underline"})) {
+        style != nullptr && allTokensIn(*style, {u"bold", u"italics", u"subscript", u"superscript",
+                                                 u"smallCaps", u"underline"})) {
       out_.attribute("STYLE", xmlText(*style));
     }
     if (const std::u16string* type = attribute(word, u"SUBS_TYPE");
@@ -398,7 +407,8 @@ private:
   // mark, or of no text, is left out (its String keeps the whole text).
   void writeGlyph(Glyph& glyph) {
     const std::u16string* content = attribute(glyph, u"CONTENT");
-    const std::u16string& text = !glyph.text().empty() || content == nullptr ? glyph.text() : *content;
+    const std::u16string& text =
+        !glyph.text().empty() || content == nullptr ? glyph.text() : *content;
     const bool pair = text.size() == 2 && text[0] >= 0xD800 && text[0] < 0xDC00;
     if (text.size() != 1 && !pair) return;
     open("Glyph", glyph, "glyph");

@@ -23,7 +23,10 @@ namespace qent::text::layout::format {
 // PrintSpace right under its page gives the PrintSpace its rectangle; other nodes (Content,
 // plain nodes) are looked through. Words are separated by SP; a word's "HYP" attribute is
 // written as the HYP after it, its "ALTERNATIVE" attribute (tab-separated) as ALTERNATIVE
-// elements, its font family and size as a TextStyle. Ids are kept when they are usable XML
+// elements, its font family and size as a TextStyle. A TextLine without words is written as
+// one String with the line's text; a glyph that is not exactly one character (a letter with
+// a combining mark) is left out, as ALTO's Glyph holds one, and its String keeps the whole
+// text. Ids are kept when they are usable XML
 // ids not used before, else generated (a Page always has one).
 // Confidences (0 to 100 in the model) become WC and GC from 0 to 1. The walk keeps its
 // path on the heap, so a deep tree costs no stack.

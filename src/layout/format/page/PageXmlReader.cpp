@@ -90,7 +90,8 @@ private:
     page.setHeight(size(element, "imageHeight"));
     page.setIndexInLayout(index);
     const std::string_view image = element.attribute("imageFilename").value();
-    if (!image.empty()) page.appendChild(std::make_unique<Image>()).setImage(in_.wide(image, element));
+    if (!image.empty())
+      page.appendChild(std::make_unique<Image>()).setImage(in_.wide(image, element));
     readOrder(element);
 
     std::vector<Frame> path{{element.first_child(), &page}};
@@ -150,7 +151,8 @@ private:
       if (key != "TextEquiv") continue;
       // The lowest index is the preferred reading; one without an index counts as the
       // first met.
-      const long long index = child.attribute("index") ? child.attribute("index").as_llong() : lowest;
+      const long long index =
+          child.attribute("index") ? child.attribute("index").as_llong() : lowest;
       if (!equiv || index < lowest) {
         equiv = child;
         lowest = index;
@@ -173,14 +175,15 @@ private:
     node.setPolygon(std::move(polygon));
     if (equiv) {
       for (const pugi::xml_node& child : equiv.children()) {
-      if (child.type() != pugi::node_element) continue;
+        if (child.type() != pugi::node_element) continue;
         if (localName(child) == "Unicode") node.setText(in_.wide(child.child_value(), child));
       }
       if (equiv.attribute("conf")) {
         const double conf = in_.number(equiv, "conf");
         if (conf < 0 || conf > 1) {
           std::string what = "has conf=\"";
-          in_.fail(equiv, what.append(equiv.attribute("conf").value()).append("\", outside 0 to 1"));
+          in_.fail(equiv,
+                   what.append(equiv.attribute("conf").value()).append("\", outside 0 to 1"));
         }
         node.setConfidence(conf * 100);
       }
@@ -193,7 +196,8 @@ private:
     const double value = in_.number(element, attribute);
     if (value < 0) {
       std::string what = "has the negative ";
-      in_.fail(element, what.append(attribute).append(" ").append(element.attribute(attribute).value()));
+      in_.fail(element,
+               what.append(attribute).append(" ").append(element.attribute(attribute).value()));
     }
     return static_cast<std::uint32_t>(in_.pixels(value, 1, element, attribute));
   }
@@ -231,7 +235,7 @@ private:
       if (*ref != '\0') rank_.emplace(in_.wide(ref, node), rank_.size());
       std::vector<std::pair<long long, pugi::xml_node>> members;
       for (const pugi::xml_node& child : node.children()) {
-      if (child.type() != pugi::node_element) continue;
+        if (child.type() != pugi::node_element) continue;
         const long long index = child.attribute("index") ? child.attribute("index").as_llong()
                                                          : static_cast<long long>(members.size());
         members.emplace_back(index, child);
@@ -252,19 +256,21 @@ private:
 
   void sortChildren(Node& node) {
     auto children = node.takeChildren();
-    std::stable_sort(children.begin(), children.end(), [this](const auto& a, const auto& b) {
-      return rankOf(*a) < rankOf(*b);
-    });
+    std::stable_sort(children.begin(), children.end(),
+                     [this](const auto& a, const auto& b) { return rankOf(*a) < rankOf(*b); });
     for (auto& child : children) node.appendChild(std::move(child));
   }
 
   void applyOrder(Page& page) {
     if (rank_.empty()) return;
     sortChildren(page);
-    walkBelow(page, [this](Node& node, Node&) {
-      sortChildren(node);
-      return true;
-    }, [](Node&) {});
+    walkBelow(
+        page,
+        [this](Node& node, Node&) {
+          sortChildren(node);
+          return true;
+        },
+        [](Node&) {});
   }
 
   XmlInput& in_;

@@ -93,9 +93,10 @@ std::string now() {
   const year_month_day date(day);
   const hh_mm_ss<seconds> clock(time - day);
   char text[32];
-  std::snprintf(text, sizeof text, "%04d-%02u-%02uT%02ld:%02ld:%02ld", static_cast<int>(date.year()),
-                static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
-                static_cast<long>(clock.hours().count()), static_cast<long>(clock.minutes().count()),
+  std::snprintf(text, sizeof text, "%04d-%02u-%02uT%02ld:%02ld:%02ld",
+                static_cast<int>(date.year()), static_cast<unsigned>(date.month()),
+                static_cast<unsigned>(date.day()), static_cast<long>(clock.hours().count()),
+                static_cast<long>(clock.minutes().count()),
                 static_cast<long>(clock.seconds().count()));
   return text;
 }
@@ -117,15 +118,17 @@ public:
     out_.startElement("PcGts");
     out_.attribute("xmlns", "http://schema.primaresearch.org/PAGE/gts/pagecontent/2019-07-15");
     out_.attribute("xmlns:xsi", "http://www.w3.org/2001/XMLSchema-instance");
-    out_.attribute("xsi:schemaLocation",
-                   "http://schema.primaresearch.org/PAGE/gts/pagecontent/2019-07-15 "
-                   "http://schema.primaresearch.org/PAGE/gts/pagecontent/2019-07-15/pagecontent.xsd");
+    out_.attribute(
+        "xsi:schemaLocation",
+        "http://schema.primaresearch.org/PAGE/gts/pagecontent/2019-07-15 "
+        "http://schema.primaresearch.org/PAGE/gts/pagecontent/2019-07-15/pagecontent.xsd");
     writeMetadata(root);
     if (root != nullptr) {
       frames_.push_back({Level::Document});
       if (enter(*root, *root)) {
-        walkBelow(*root, [this](Node& n, Node& parent) { return enter(n, parent); },
-                  [this](Node& n) { leave(n); });
+        walkBelow(
+            *root, [this](Node& n, Node& parent) { return enter(n, parent); },
+            [this](Node& n) { leave(n); });
       }
       leave(*root);
     }
@@ -136,11 +139,14 @@ public:
 private:
   static std::size_t pageCount(Node& root) {
     std::size_t pages = root.nodeClass() == NodeClass::Page ? 1 : 0;
-    walkBelow(root, [&pages](Node& node, Node&) {
-      if (node.nodeClass() != NodeClass::Page) return true;
-      ++pages;
-      return false;
-    }, [](Node&) {});
+    walkBelow(
+        root,
+        [&pages](Node& node, Node&) {
+          if (node.nodeClass() != NodeClass::Page) return true;
+          ++pages;
+          return false;
+        },
+        [](Node&) {});
     return pages;
   }
 
@@ -220,8 +226,11 @@ private:
     frames_.pop_back();
     for (int i = 0; i < frame.wrappers; ++i) out_.endElement();
     switch (frame.written) {
-      case Written::Nothing: return;
-      case Written::Page: out_.endElement(); return;
+      case Written::Nothing:
+        return;
+      case Written::Page:
+        out_.endElement();
+        return;
       case Written::TextRegion: {
         const Fragment& region = static_cast<Fragment&>(node);
         const std::u16string* kept = attribute(region, u"TextEquiv");
@@ -229,8 +238,12 @@ private:
         out_.endElement();
         return;
       }
-      case Written::Line: writeEquiv(static_cast<Fragment&>(node), lineText(node)); break;
-      case Written::Word: writeEquiv(static_cast<Fragment&>(node), wordText(node)); break;
+      case Written::Line:
+        writeEquiv(static_cast<Fragment&>(node), lineText(node));
+        break;
+      case Written::Word:
+        writeEquiv(static_cast<Fragment&>(node), wordText(node));
+        break;
     }
     out_.endElement();
   }
@@ -361,15 +374,18 @@ private:
     if (!fragment.text().empty()) return fragment.text();
     if (const std::u16string* kept = attribute(line, u"TextEquiv")) return *kept;
     std::u16string text;
-    walkBelow(line, [&text](Node& node, Node&) {
-      if (node.nodeClass() != NodeClass::Word) return true;
-      const std::u16string word = wordText(node);
-      if (!word.empty()) {
-        if (!text.empty()) text += u' ';
-        text += word;
-      }
-      return false;
-    }, [](Node&) {});
+    walkBelow(
+        line,
+        [&text](Node& node, Node&) {
+          if (node.nodeClass() != NodeClass::Word) return true;
+          const std::u16string word = wordText(node);
+          if (!word.empty()) {
+            if (!text.empty()) text += u' ';
+            text += word;
+          }
+          return false;
+        },
+        [](Node&) {});
     return text;
   }
 

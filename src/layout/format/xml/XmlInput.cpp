@@ -41,8 +41,7 @@ std::string_view rootElementName(std::string_view text) {
     } else {
       const std::size_t start = at + 1;
       std::size_t stop = start;
-      while (stop < text.size() && !isSpace(text[stop]) && text[stop] != '>' &&
-             text[stop] != '/') {
+      while (stop < text.size() && !isSpace(text[stop]) && text[stop] != '>' && text[stop] != '/') {
         ++stop;
       }
       return withoutPrefix(text.substr(start, stop - start));

@@ -44,8 +44,7 @@ public:
   std::int32_t pixels(double value, double scale, const pugi::xml_node& node,
                       const char* attribute) const;
   // Points written "x,y x,y ..." or "x y x y ...", scaled to pixels.
-  std::vector<Point> points(const pugi::xml_node& node, const char* attribute,
-                            double scale) const;
+  std::vector<Point> points(const pugi::xml_node& node, const char* attribute, double scale) const;
   // The element's attributes as node attributes, except those in `skip` (the ones read
   // into fields), so that whatever has no field survives.
   void keepAttributes(const pugi::xml_node& element, Node& node,

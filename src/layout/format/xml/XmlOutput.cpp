@@ -51,7 +51,9 @@ std::string pointsText(const std::vector<Point>& points) {
   std::string text;
   for (const Point& p : points) {
     if (!text.empty()) text += ' ';
-    text.append(std::to_string(std::max(p.x, 0))).append(",").append(std::to_string(std::max(p.y, 0)));
+    text.append(std::to_string(std::max(p.x, 0)))
+        .append(",")
+        .append(std::to_string(std::max(p.y, 0)));
   }
   return text;
 }
