@@ -147,7 +147,7 @@ TEST(ExecutionTest, BadInputFailsWithAClearErrorAndKeepsTheEarlierOutput) {
       {"XmlLayoutFormatWithoutOptIn", "OutputFilename.Format", "alto", ORMIDA_FAILED,
        "unsupported output format specified"},
       badContent("AltoThatIsNotXml", "<alto><Layout></alto>", 20001,
-                 "ALTO: malformed XML (Start-end tags mismatch) at offset 19"),
+                 "ALTO: malformed XML (Start-end tags mismatch) at offset 16"),
       badContent("AltoInAnotherNamespace", "<alto xmlns='urn:x'/>", 20001,
                  "ALTO: element <alto> at offset 0 is in the namespace \"urn:x\", not in that"),
       badContent("AltoPositionWithoutSize", "<alto><Layout><Page><PrintSpace HPOS='1' VPOS='2'/>"
@@ -166,19 +166,19 @@ TEST(ExecutionTest, BadInputFailsWithAClearErrorAndKeepsTheEarlierOutput) {
       badContent("PageWithoutCoords",
                  "<PcGts xmlns='http://schema.primaresearch.org/PAGE/gts/pagecontent/2019-07-15'>"
                  "<Page><TextRegion id='r'/></Page></PcGts>", 20001,
-                 "PAGE: element <TextRegion> at offset 86 has no Coords"),
+                 "PAGE: element <TextRegion> at offset 85 has no Coords"),
       badContent("PageOfAnUnknownVersion",
                  "<pc:PcGts xmlns:pc='http://schema.primaresearch.org/PAGE/gts/pagecontent/2010-03-19'/>",
                  20001, "PAGE: element <pc:PcGts> at offset 0 is in the namespace"),
       badContent("PagePointsThatAreNoNumbers",
                  "<PcGts xmlns='http://schema.primaresearch.org/PAGE/gts/pagecontent/2013-07-15'>"
                  "<Page><TextRegion id='r'><Coords points='1,2 x,4'/></TextRegion></Page></PcGts>",
-                 20001, "PAGE: element <Coords> at offset 101 has points with \"x,4\""),
+                 20001, "PAGE: element <Coords> at offset 104 has points with \"x,4\""),
       badContent("PageConfidenceAbove1",
                  "<PcGts xmlns='http://schema.primaresearch.org/PAGE/gts/pagecontent/2013-07-15'>"
                  "<Page><TextRegion id='r'><Coords points='1,2 3,4'/><TextEquiv conf='7'>"
                  "<Unicode>a</Unicode></TextEquiv></TextRegion></Page></PcGts>",
-                 20001, "PAGE: element <TextEquiv> at offset 128 has conf=\"7\", outside 0 to 1")};
+                 20001, "PAGE: element <TextEquiv> at offset 130 has conf=\"7\", outside 0 to 1")};
   for (const BadInputCase& k : cases) {
     TempDir dir;
     dir.write("in.txt", k.content);

@@ -184,12 +184,15 @@ private:
         closeStart(node);
         out_.endElement();
         return false;  // nothing of ALTO's below an illustration but its shape
-      case NodeClass::Line:
+      case NodeClass::Line: {
         if (level == Level::Blocks) wrap(context, 1);
         if (level == Level::Lines) closeWrappers(context);
         if (level != Level::Blocks && level != Level::Lines) return transparent(context);
         open("TextLine", node, "line");
-        if (const std::u16string* baseline = attribute(node, u"BASELINE")) {
+        // ALTO 4 keeps the points as "BASELINE", PAGE as "Baseline".
+        const std::u16string* baseline = attribute(node, u"BASELINE");
+        if (baseline == nullptr) baseline = attribute(node, u"Baseline");
+        if (baseline != nullptr) {
           out_.attribute("BASELINE", xmlText(*baseline));
         }
         closeStart(node);
@@ -205,6 +208,7 @@ private:
         }
         frames_.push_back({Level::Words, 1});
         return true;
+      }
       case NodeClass::Word:
       case NodeClass::Glyph:
         if (level == Level::Glyphs && node.nodeClass() == NodeClass::Glyph) {

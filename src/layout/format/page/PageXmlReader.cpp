@@ -174,10 +174,14 @@ private:
     node.setRect(xml::boundingRect(polygon));
     node.setPolygon(std::move(polygon));
     if (equiv) {
+      // Unicode is the text; some producers leave it empty and fill only PlainText.
+      std::u16string unicode, plain;
       for (const pugi::xml_node& child : equiv.children()) {
         if (child.type() != pugi::node_element) continue;
-        if (localName(child) == "Unicode") node.setText(in_.wide(child.child_value(), child));
+        if (localName(child) == "Unicode") unicode = in_.wide(child.child_value(), child);
+        if (localName(child) == "PlainText") plain = in_.wide(child.child_value(), child);
       }
+      node.setText(unicode.empty() ? std::move(plain) : std::move(unicode));
       if (equiv.attribute("conf")) {
         const double conf = in_.number(equiv, "conf");
         if (conf < 0 || conf > 1) {

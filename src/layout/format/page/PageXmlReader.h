@@ -19,7 +19,8 @@ namespace qent::text::layout::format {
 //     "Baseline"); Word a Word; Glyph a Glyph.
 //   - Coords points become the polygon and its bounding rectangle (legacy Point children
 //     are read too).
-//   - Text and confidence come from the TextEquiv with the lowest index (else the first);
+//   - Text (Unicode, else PlainText) and confidence come from the TextEquiv with the lowest
+//     index (else the first);
 //     conf (0 to 1) becomes a confidence on the library's 0 to 100 scale.
 //   - Text lives at the deepest level that holds it: a line whose words have text keeps its
 //     own TextEquiv as the attribute "TextEquiv", likewise regions and words with glyphs, so

@@ -192,7 +192,10 @@ private:
       if (level == Level::Regions) wrap(context, node, parent, 1);
       if (level == Level::Lines) closeWrappers(context);
       openText("TextLine", static_cast<Fragment&>(node), "line");
-      if (const std::u16string* baseline = attribute(node, u"Baseline")) {
+      // PAGE keeps the points as "Baseline", ALTO 4 as "BASELINE".
+      const std::u16string* baseline = attribute(node, u"Baseline");
+      if (baseline == nullptr) baseline = attribute(node, u"BASELINE");
+      if (baseline != nullptr) {
         const std::string points = baselineText(*baseline);
         if (!points.empty()) {
           out_.startElement("Baseline");
