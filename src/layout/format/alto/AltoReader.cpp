@@ -163,8 +163,8 @@ private:
     Page& page = root.appendChild(std::make_unique<Page>());
     page.setId(in_.wide(element.attribute("ID").value(), element));
     in_.keepAttributes(element, page, {"ID", "WIDTH", "HEIGHT"});
-    page.setWidth(static_cast<std::uint32_t>(size(element, "WIDTH")));
-    page.setHeight(static_cast<std::uint32_t>(size(element, "HEIGHT")));
+    page.setWidth(static_cast<std::uint32_t>(size(element, element.attribute("WIDTH"))));
+    page.setHeight(static_cast<std::uint32_t>(size(element, element.attribute("HEIGHT"))));
     page.setIndexInLayout(index);
     if (!unit_.empty()) page.setAttribute(u"MeasurementUnit", in_.wide(unit_, element));
     if (scale_ != 1) page.setAttribute(u"dpi", u"300");
@@ -181,8 +181,8 @@ private:
       const pugi::xml_node child = top.next;
       top.next = top.next.next_sibling();
       if (child.type() != pugi::node_element) continue;
-      const char* styles =
-          child.attribute("STYLEREFS") ? child.attribute("STYLEREFS").value() : top.styles;
+      const pugi::xml_attribute own = child.attribute("STYLEREFS");
+      const char* styles = own ? own.value() : top.styles;
       // The root and the page are levels 1 and 2.
       if (path.size() + 2 > kMaxLayoutDepth) {
         in_.fail(child, "is nested deeper than " + std::to_string(kMaxLayoutDepth) + " levels");
@@ -193,24 +193,64 @@ private:
     }
   }
 
+  // The attributes an ALTO element has fields for, found in one pass over its attributes:
+  // a long document has a hundred thousand Strings, each asked for seven attributes.
+  struct Fields {
+    pugi::xml_attribute id, hpos, vpos, width, height, content, confidence;
+    bool others = false;   // attributes without a field, kept as node attributes
+    bool textual = false;  // a String or Glyph: CONTENT and STYLEREFS are fields
+  };
+
+  // `confidence`: the name of the element's confidence attribute (WC, GC), or null when it
+  // has neither text nor confidence.
+  static Fields fieldsOf(const pugi::xml_node& element, const char* confidence) {
+    Fields f;
+    f.textual = confidence != nullptr;
+    for (pugi::xml_attribute a = element.first_attribute(); a; a = a.next_attribute()) {
+      const std::string_view name = a.name();
+      if (name == "ID") {
+        f.id = a;
+      } else if (name == "HPOS") {
+        f.hpos = a;
+      } else if (name == "VPOS") {
+        f.vpos = a;
+      } else if (name == "WIDTH") {
+        f.width = a;
+      } else if (name == "HEIGHT") {
+        f.height = a;
+      } else if (confidence != nullptr && name == "CONTENT") {
+        f.content = a;
+      } else if (confidence != nullptr && name == confidence) {
+        f.confidence = a;
+      } else if (confidence != nullptr && name == "STYLEREFS") {
+        // Read as the word's font (the walk hands it down); the writer names fonts anew.
+      } else {
+        f.others = true;
+      }
+    }
+    return f;
+  }
+
   // The node the element becomes, to be filled by its children; null when the element is
   // read whole here or is not part of the layout.
   Node* readElement(const pugi::xml_node& element, Node& parent, const char* styles) {
     const std::string_view key = localName(element);
-    if (key == "TextLine") return &fragment<Line>(element, parent);
+    if (key == "TextLine") return &fragment<Line>(element, parent, fieldsOf(element, nullptr));
     if (key == "String") return &readString(element, parent, styles);
     if (key == "Glyph") {
-      Glyph& glyph = fragment<Glyph>(element, parent,
-                                     {"ID", "HPOS", "VPOS", "WIDTH", "HEIGHT", "CONTENT", "GC"});
-      glyph.setText(in_.wide(element.attribute("CONTENT").value(), element));
-      if (element.attribute("GC")) glyph.setConfidence(confidence(element, "GC"));
+      const Fields fields = fieldsOf(element, "GC");
+      Glyph& glyph = fragment<Glyph>(element, parent, fields);
+      glyph.setText(in_.wide(fields.content.value(), element));
+      if (fields.confidence) glyph.setConfidence(confidence(element, fields.confidence));
       return &glyph;
     }
-    if (key == "Illustration") return &fragment<Picture>(element, parent);
+    if (key == "Illustration") {
+      return &fragment<Picture>(element, parent, fieldsOf(element, nullptr));
+    }
     if (key == "PrintSpace" || key == "ComposedBlock" || key == "TextBlock" ||
         key == "GraphicalElement" || key == "TopMargin" || key == "LeftMargin" ||
         key == "RightMargin" || key == "BottomMargin") {
-      Box& box = fragment<Box>(element, parent);
+      Box& box = fragment<Box>(element, parent, fieldsOf(element, nullptr));
       box.setTypeName(in_.wide(key, element));
       return &box;
     }
@@ -238,10 +278,10 @@ private:
   }
 
   Word& readString(const pugi::xml_node& element, Node& parent, const char* styles) {
-    Word& word =
-        fragment<Word>(element, parent, {"ID", "HPOS", "VPOS", "WIDTH", "HEIGHT", "CONTENT", "WC"});
-    word.setText(in_.wide(element.attribute("CONTENT").value(), element));
-    if (element.attribute("WC")) word.setConfidence(confidence(element, "WC"));
+    const Fields fields = fieldsOf(element, "WC");
+    Word& word = fragment<Word>(element, parent, fields);
+    word.setText(in_.wide(fields.content.value(), element));
+    if (fields.confidence) word.setConfidence(confidence(element, fields.confidence));
     std::string_view refs = styles;
     while (!refs.empty()) {
       const std::size_t space = refs.find(' ');
@@ -282,49 +322,50 @@ private:
     }
   }
 
-  // `fields`: the attributes read into fields, which are not kept as attributes too.
   template <class T>
-  T& fragment(const pugi::xml_node& element, Node& parent,
-              std::initializer_list<std::string_view> fields = {"ID", "HPOS", "VPOS", "WIDTH",
-                                                                "HEIGHT"}) {
+  T& fragment(const pugi::xml_node& element, Node& parent, const Fields& fields) {
     T& node = parent.appendChild(std::make_unique<T>());
-    node.setId(in_.wide(element.attribute("ID").value(), element));
-    in_.keepAttributes(element, node, fields);
-    node.setRect(rect(element));
+    if (fields.id) node.setId(in_.wide(fields.id.value(), element));
+    if (fields.others) {
+      in_.keepAttributes(element, node,
+                         {"ID", "HPOS", "VPOS", "WIDTH", "HEIGHT",
+                          fields.textual ? "CONTENT" : "", fields.textual ? "STYLEREFS" : "",
+                          fields.confidence.name()});
+    }
+    node.setRect(rect(element, fields));
     return node;
   }
 
-  Rect rect(const pugi::xml_node& element) {
-    const bool hasPosition = element.attribute("HPOS") || element.attribute("VPOS");
-    const bool hasSize = element.attribute("WIDTH") || element.attribute("HEIGHT");
-    if (!hasPosition && !hasSize) return {};
-    for (const char* attribute : {"HPOS", "VPOS", "WIDTH", "HEIGHT"}) {
-      if (!element.attribute(attribute)) {
+  Rect rect(const pugi::xml_node& element, const Fields& f) {
+    if (!f.hpos && !f.vpos && !f.width && !f.height) return {};
+    const pugi::xml_attribute* parts[] = {&f.hpos, &f.vpos, &f.width, &f.height};
+    const char* names[] = {"HPOS", "VPOS", "WIDTH", "HEIGHT"};
+    for (int i = 0; i < 4; ++i) {
+      if (!*parts[i]) {
         std::string what = "has coordinates but no ";
-        in_.fail(element, what.append(attribute));
+        in_.fail(element, what.append(names[i]));
       }
     }
-    return Rect{in_.pixels(in_.number(element, "HPOS"), scale_, element, "HPOS"),
-                in_.pixels(in_.number(element, "VPOS"), scale_, element, "VPOS"),
-                size(element, "WIDTH"), size(element, "HEIGHT")};
+    return Rect{in_.pixels(in_.number(element, f.hpos), scale_, element, "HPOS"),
+                in_.pixels(in_.number(element, f.vpos), scale_, element, "VPOS"),
+                size(element, f.width), size(element, f.height)};
   }
 
-  std::int32_t size(const pugi::xml_node& element, const char* attribute) {
-    if (!element.attribute(attribute)) return 0;
+  std::int32_t size(const pugi::xml_node& element, const pugi::xml_attribute& attribute) {
+    if (!attribute) return 0;
     const double value = in_.number(element, attribute);
     if (value < 0) {
       std::string what = "has the negative ";
-      in_.fail(element,
-               what.append(attribute).append(" ").append(element.attribute(attribute).value()));
+      in_.fail(element, what.append(attribute.name()).append(" ").append(attribute.value()));
     }
-    return in_.pixels(value, scale_, element, attribute);
+    return in_.pixels(value, scale_, element, attribute.name());
   }
 
-  double confidence(const pugi::xml_node& element, const char* attribute) {
+  double confidence(const pugi::xml_node& element, const pugi::xml_attribute& attribute) {
     const double value = in_.number(element, attribute);
     if (value < 0 || value > 1) {
       std::string what = "has ";
-      what.append(attribute).append("=\"").append(element.attribute(attribute).value());
+      what.append(attribute.name()).append("=\"").append(attribute.value());
       in_.fail(element, what.append("\", outside 0 to 1"));
     }
     return value * 100;

@@ -89,7 +89,11 @@ std::u16string XmlInput::wide(std::string_view utf8, const pugi::xml_node& node)
 }
 
 double XmlInput::number(const pugi::xml_node& node, const char* attribute) const {
-  std::string_view text = node.attribute(attribute).value();
+  return number(node, node.attribute(attribute));
+}
+
+double XmlInput::number(const pugi::xml_node& node, const pugi::xml_attribute& attribute) const {
+  std::string_view text = attribute.value();
   while (!text.empty() && isSpace(text.front())) text.remove_prefix(1);
   while (!text.empty() && isSpace(text.back())) text.remove_suffix(1);
   if (!text.empty() && text.front() == '+') text.remove_prefix(1);
@@ -98,7 +102,7 @@ double XmlInput::number(const pugi::xml_node& node, const char* attribute) const
   if (text.empty() || error != std::errc() || end != text.data() + text.size() ||
       !std::isfinite(value)) {
     std::string what = "has ";
-    what.append(attribute).append("=\"").append(node.attribute(attribute).value());
+    what.append(attribute.name()).append("=\"").append(attribute.value());
     fail(node, what.append("\", which is not a number"));
   }
   return value;

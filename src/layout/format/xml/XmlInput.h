@@ -40,6 +40,8 @@ public:
   std::u16string wide(std::string_view utf8, const pugi::xml_node& node) const;
   // A decimal number (sign, fraction, exponent), finite; anything else fails.
   double number(const pugi::xml_node& node, const char* attribute) const;
+  // The same for an attribute of the node already found.
+  double number(const pugi::xml_node& node, const pugi::xml_attribute& attribute) const;
   // A pixel coordinate: the number times `scale`, rounded, within 32 bits.
   std::int32_t pixels(double value, double scale, const pugi::xml_node& node,
                       const char* attribute) const;
