@@ -3,6 +3,7 @@
 // the reader takes back; the other XML writer writes it too.
 #include "base/QentException.h"
 #include "layout/Layout.h"
+#include "layout/Node.h"
 #include "layout/format/page/PageXmlReader.h"
 #include "layout/format/page/PageXmlWriter.h"
 #include "layout/format/alto/AltoWriter.h"

@@ -9,6 +9,7 @@
 #include "layout/format/xml/XmlInput.h"
 #include "support/Golden.h"
 #include "support/JobApi.h"
+#include "support/LayoutDump.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -30,6 +31,35 @@ TEST(XmlLayoutTest, FindsTheRootElementBehindAnyProlog) {
       {"{\"root\": 1}", ""},
   };
   for (const auto& [text, name] : cases) EXPECT_EQ(rootElementName(text), name) << text;
+}
+
+// Of several readings the lowest index wins wherever it is listed; regions follow the
+// ReadingOrder, and those it leaves out follow in document order.
+TEST(XmlLayoutTest, ReadsTheLowestIndexInTheReadingOrder) {
+  const std::string region =
+      "<TextRegion id='%'><Coords points='0,0 9,9'/><TextLine id='l%'><Coords points='0,0 9,9'/>"
+      "<TextEquiv index='1'><Unicode>raw%</Unicode></TextEquiv>"
+      "<TextEquiv index='0'><Unicode>%</Unicode></TextEquiv></TextLine></TextRegion>";
+  std::string regions;
+  for (const char* id : {"a", "b", "c"}) {
+    std::string one = region;
+    for (std::size_t at = one.find('%'); at != std::string::npos; at = one.find('%')) {
+      one.replace(at, 1, id);
+    }
+    regions += one;
+  }
+  const std::string page =
+      "<PcGts xmlns='http://schema.primaresearch.org/PAGE/gts/pagecontent/2019-07-15'><Page>"
+      "<ReadingOrder><OrderedGroup id='g'><RegionRefIndexed index='2' regionRef='a'/>"
+      "<RegionRefIndexed index='1' regionRef='c'/></OrderedGroup></ReadingOrder>" +
+      regions + "</Page></PcGts>";
+  const auto document = io::readDocument(page, "page", {});
+  EXPECT_EQ(dump(*document->layout()).find("raw"), std::string::npos);
+  std::string order;
+  for (const auto& child : document->layout()->root()->child(0).children()) {
+    order += u8(child->id());
+  }
+  EXPECT_EQ(order, "cab");
 }
 
 TEST(XmlLayoutTest, GoldenDocuments) {
