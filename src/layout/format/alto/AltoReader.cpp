@@ -183,13 +183,13 @@ private:
       if (child.type() != pugi::node_element) continue;
       const pugi::xml_attribute own = child.attribute("STYLEREFS");
       const char* styles = own ? own.value() : top.styles;
-      // The root and the page are levels 1 and 2.
+      Node* made = readElement(child, *top.node, styles);
+      if (made == nullptr) continue;
+      // The root and the page are levels 1 and 2; elements that make no node count not.
       if (path.size() + 2 > kMaxLayoutDepth) {
         in_.fail(child, "is nested deeper than " + std::to_string(kMaxLayoutDepth) + " levels");
       }
-      if (Node* made = readElement(child, *top.node, styles)) {
-        path.push_back({child.first_child(), made, styles});
-      }
+      path.push_back({child.first_child(), made, styles});
     }
   }
 

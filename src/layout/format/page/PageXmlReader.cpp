@@ -105,10 +105,13 @@ private:
       const pugi::xml_node child = top.next;
       top.next = top.next.next_sibling();
       if (child.type() != pugi::node_element) continue;
+      Node* made = readElement(child, *top.node);
+      if (made == nullptr) continue;
+      // The root and the page are levels 1 and 2; elements that make no node count not.
       if (path.size() + 2 > kMaxLayoutDepth) {
         in_.fail(child, "is nested deeper than " + std::to_string(kMaxLayoutDepth) + " levels");
       }
-      if (Node* made = readElement(child, *top.node)) path.push_back({child.first_child(), made});
+      path.push_back({child.first_child(), made});
     }
     applyOrder(page);
   }
