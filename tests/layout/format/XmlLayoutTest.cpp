@@ -62,6 +62,16 @@ TEST(XmlLayoutTest, ReadsTheLowestIndexInTheReadingOrder) {
   EXPECT_EQ(order, "cab");
 }
 
+// Both formats hold at least one page: a layout without one becomes a page of size 0.
+TEST(XmlLayoutTest, WritesALayoutWithoutPagesAsOnePage) {
+  const auto empty = io::readDocument(readTestData("hocr/empty-layout.hocr"), "empty", {});
+  for (const std::string& written : {text::layout::format::AltoWriter().write(*empty->layout()),
+                                     text::layout::format::PageXmlWriter().write(*empty->layout())}) {
+    const auto again = io::readDocument(written, "again", {});
+    EXPECT_EQ(again->layout()->root()->childCount(), 1u) << written;
+  }
+}
+
 TEST(XmlLayoutTest, GoldenDocuments) {
   // PAGE words with glyphs and confidences at three levels, written as ALTO.
   const auto page = io::readDocument(

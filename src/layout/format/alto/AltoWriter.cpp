@@ -91,13 +91,19 @@ public:
     writeDescription();
     writeStyles();
     out_.startElement("Layout");
+    frames_.push_back({Level::Document});
+    // ALTO needs a page: a layout without one is written as one page of size 0 that holds
+    // whatever the layout has.
+    Page none;
+    const bool barePage = root == nullptr || xml::countPages(*root) == 0;
+    if (barePage) writePage(none);
     if (root != nullptr) {
-      frames_.push_back({Level::Document});
       if (enter(*root))
         walkBelow(
             *root, [this](Node& n, Node&) { return enter(n); }, [this](Node& n) { leave(n); });
       leave(*root);
     }
+    if (barePage) leave(none);
     out_.endElement();  // Layout
     out_.endElement();  // alto
     out_.finish();

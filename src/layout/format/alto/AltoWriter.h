@@ -28,6 +28,7 @@ namespace qent::text::layout::format {
 // a combining mark) is left out, as ALTO's Glyph holds one, and its String keeps the whole
 // text. Ids are kept when they are usable XML
 // ids not used before, else generated (a Page always has one).
+// A layout without a page is written as one page of size 0 holding what it has.
 // Confidences (0 to 100 in the model) become WC and GC from 0 to 1. The walk keeps its
 // path on the heap, so a deep tree costs no stack.
 class AltoWriter {

@@ -108,7 +108,7 @@ public:
 
   void build() {
     Node* root = layout_.root();
-    if (root != nullptr && pageCount(*root) > 1) {
+    if (root != nullptr && xml::countPages(*root) > 1) {
       // Checked before anything is written, so no partial document reaches the sink.
       throw std::runtime_error(
           "PAGE XML holds one page per document; this layout has more: write its pages one "
@@ -123,8 +123,13 @@ public:
         "http://schema.primaresearch.org/PAGE/gts/pagecontent/2019-07-15 "
         "http://schema.primaresearch.org/PAGE/gts/pagecontent/2019-07-15/pagecontent.xsd");
     writeMetadata(root);
+    frames_.push_back({Level::Document});
+    // PAGE needs a page: a layout without one is written as one page of size 0 that holds
+    // whatever the layout has.
+    Page none;
+    const bool barePage = root == nullptr || xml::countPages(*root) == 0;
+    if (barePage) writePage(none);
     if (root != nullptr) {
-      frames_.push_back({Level::Document});
       if (enter(*root, *root)) {
         walkBelow(
             *root, [this](Node& n, Node& parent) { return enter(n, parent); },
@@ -132,24 +137,12 @@ public:
       }
       leave(*root);
     }
+    if (barePage) leave(none);
     out_.endElement();
     out_.finish();
   }
 
 private:
-  static std::size_t pageCount(Node& root) {
-    std::size_t pages = root.nodeClass() == NodeClass::Page ? 1 : 0;
-    walkBelow(
-        root,
-        [&pages](Node& node, Node&) {
-          if (node.nodeClass() != NodeClass::Page) return true;
-          ++pages;
-          return false;
-        },
-        [](Node&) {});
-    return pages;
-  }
-
   void writeMetadata(const Node* root) {
     out_.startElement("Metadata");
     std::string creator;

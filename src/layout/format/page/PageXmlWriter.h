@@ -27,6 +27,7 @@ namespace qent::text::layout::format {
 // the model) become conf from 0 to 1. Ids are kept when they are usable XML ids not used
 // before, else generated. Metadata Created and LastChange are the ones read from PAGE, else
 // the time of writing (UTC). The walk keeps its path on the heap.
+// A layout without a page is written as one page of size 0 holding what it has.
 // PAGE holds one page: a layout of several pages is refused with a std::runtime_error
 // before anything reaches the sink.
 class PageXmlWriter {

@@ -5,6 +5,7 @@
 #include "base/Unicode.h"
 #include "layout/Layout.h"
 #include "layout/LayoutFormat.h"
+#include "layout/TreeWalk.h"
 
 #include <algorithm>
 
@@ -56,6 +57,19 @@ std::string pointsText(const std::vector<Point>& points) {
         .append(std::to_string(std::max(p.y, 0)));
   }
   return text;
+}
+
+std::size_t countPages(Node& root) {
+  std::size_t pages = root.nodeClass() == NodeClass::Page ? 1 : 0;
+  walkBelow(
+      root,
+      [&pages](Node& node, Node&) {
+        if (node.nodeClass() != NodeClass::Page) return true;
+        ++pages;
+        return false;
+      },
+      [](Node&) {});
+  return pages;
 }
 
 std::vector<Point> corners(const Rect& rect) {

@@ -39,6 +39,10 @@ std::string confidenceText(const Fragment& fragment, double factor);
 // "x,y x,y ..." with coordinates below 0 raised to 0 (PAGE and ALTO count from the page's
 // corner).
 std::string pointsText(const std::vector<Point>& points);
+// The pages of the tree (the root counts when it is one); pages inside pages are not
+// counted.
+std::size_t countPages(Node& root);
+
 // The rectangle's corners clockwise from the top left.
 std::vector<Point> corners(const Rect& rect);
 
