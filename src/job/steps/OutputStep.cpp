@@ -83,11 +83,13 @@ void writeOutput(JobExecution& execution) {
   std::filesystem::path path = execution.resolve(properties.string(kOutputFilename));
   const std::vector<const io::Format*> formats = formatsOf(options.formats, options.xmlLayoutFormats);
   for (const io::Format* format : formats) {
-    if (formats.size() > 1) path.replace_extension(format->extension);
+    // Each name from the given one: "alto.xml" replaced by "json" would leave "x.alto.json".
+    std::filesystem::path target = path;
+    if (formats.size() > 1) target.replace_extension(format->extension);
     // The file is streamed; the caller's callback receives each output in one call, so its
     // copy is collected first.
     std::optional<base::FileSink> file;
-    if (options.toFile) file.emplace(path);
+    if (options.toFile) file.emplace(target);
     base::StringSink memory;
     std::optional<base::TeeSink> both;
     base::Sink* sink = &memory;
