@@ -20,6 +20,7 @@ inline constexpr PropertyHelp kProperties[] = {
     {"TolerantHocr", "boolean", "false", "read hOCR as engines write it: header/caption/float lines, ocrx_cinfo glyphs, classes on any element, no ids as text, HTML that is not XML"},
     {"OutputFilename", "string", "unset", "output file"},
     {"OutputFilename.Format", "string", "HOCR", "formats joined by \";\": hocr, json, webanno, txtutf8, html"},
+    {"XmlLayoutFormats", "boolean", "false", "also offer the output formats alto (ALTO 4.4) and page (PAGE XML 2019); ALTO and PAGE input is read without it"},
     {"WebAnnoOffsets", "string", "utf8", "utf8 (bytes) or utf16 (code units, as WebAnno and INCEpTION count)"},
     {"Compare", "boolean", "false", "compare the main layout with a second layout"},
     {"Compare.With", "string", "unset", "document to compare with (else the second input)"},

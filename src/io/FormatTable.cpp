@@ -12,6 +12,11 @@
 #include "layout/format/PlainTextWriter.h"
 #include "layout/format/WebAnnoReader.h"
 #include "layout/format/WebAnnoWriter.h"
+#include "layout/format/alto/AltoReader.h"
+#include "layout/format/alto/AltoWriter.h"
+#include "layout/format/page/PageXmlReader.h"
+#include "layout/format/page/PageXmlWriter.h"
+#include "layout/format/xml/XmlInput.h"
 #include "layout/format/html/HtmlWriter.h"
 
 #include <stdexcept>
@@ -66,6 +71,10 @@ bool isCloudOcr(std::string_view text) {
 bool isJsonLayout(std::string_view text) { return text.starts_with('{'); }
 bool isMarkup(std::string_view text) { return text.starts_with('<'); }
 bool isWebAnno(std::string_view text) { return text.starts_with("#FORMAT=WebAnno TSV"); }
+// By the root element alone: its namespace is the reader's to check, so that an ALTO file
+// in an unknown namespace is told so instead of being read as hOCR.
+bool isAlto(std::string_view text) { return format::xml::rootElementName(text) == "alto"; }
+bool isPageXml(std::string_view text) { return format::xml::rootElementName(text) == "PcGts"; }
 
 LayoutPointer readJson(std::string& utf8, const ReadOptions&) {
   return format::JSONReader().readInPlace(utf8);
@@ -85,6 +94,12 @@ LayoutPointer readHocr(std::string& utf8, const ReadOptions& options) {
   return Reader(options.tolerantHocr ? Reader::Dialect::Tolerant : Reader::Dialect::Strict)
       .readInPlace(utf8);
 }
+LayoutPointer readAlto(std::string& utf8, const ReadOptions&) {
+  return format::AltoReader().readInPlace(utf8);
+}
+LayoutPointer readPageXml(std::string& utf8, const ReadOptions&) {
+  return format::PageXmlReader().readInPlace(utf8);
+}
 LayoutPointer readWebAnno(std::string& utf8, const ReadOptions&) {
   return format::WebAnnoReader().read(utf8);
 }
@@ -101,6 +116,12 @@ void writeWebAnno(const layout::Layout& layout, base::Sink& sink, const WriteOpt
                                                 : Writer::Offsets::Utf8Bytes)
                  .write(layout));
 }
+void writeAlto(const layout::Layout& layout, base::Sink& sink, const WriteOptions&) {
+  format::AltoWriter().write(layout, sink);
+}
+void writePageXml(const layout::Layout& layout, base::Sink& sink, const WriteOptions&) {
+  format::PageXmlWriter().write(layout, sink);
+}
 void writeHtml(const layout::Layout& layout, base::Sink& sink, const WriteOptions&) {
   format::html::HtmlWriter().write(layout, sink);
 }
@@ -108,18 +129,26 @@ void writePlainText(const layout::Layout& layout, base::Sink& sink, const WriteO
   sink.write(base::utf16ToUtf8(format::PlainTextWriter().write(layout)));
 }
 
-// In the order of OutputFilename.Format's documentation; content tests run in this order.
+// In the order of OutputFilename.Format's documentation; content tests run in this order,
+// so the XML layout formats, told by their root element, come before hOCR, which takes any
+// markup.
 constexpr Format kFormats[] = {
-    {layout::kFormatHocr, "hocr", "hOCR", "hocr", isMarkup, readHocr, writeHocr, nullptr, nullptr},
+    {layout::kFormatAlto, "alto", "ALTO", "alto.xml", isAlto, readAlto, writeAlto, true, nullptr,
+     nullptr},
+    {layout::kFormatPageXml, "page", "PAGE", "page.xml", isPageXml, readPageXml, writePageXml,
+     true, nullptr, nullptr},
+    {layout::kFormatHocr, "hocr", "hOCR", "hocr", isMarkup, readHocr, writeHocr, false, nullptr,
+     nullptr},
     {layout::kFormatCloudOcr, "", "cloud-OCR JSON", "json", isCloudOcr, readCloudOcr, nullptr,
-     nullptr, nullptr},
+     false, nullptr, nullptr},
     {layout::kFormatJsonLayout, "json", "JSON layout", "json", isJsonLayout, readJson, writeJson,
-     jsonLayoutHeadDecides, readJsonStream},
+     false, jsonLayoutHeadDecides, readJsonStream},
     {layout::kFormatWebAnno, "webanno", "WebAnno TSV", "webAnno", isWebAnno, readWebAnno,
-     writeWebAnno, nullptr, nullptr},
+     writeWebAnno, false, nullptr, nullptr},
     {layout::kFormatNone, "txtutf8", "Plain text", "txt", nullptr, nullptr, writePlainText,
-     nullptr, nullptr},
-    {layout::kFormatNone, "html", "HTML", "html", nullptr, nullptr, writeHtml, nullptr, nullptr},
+     false, nullptr, nullptr},
+    {layout::kFormatNone, "html", "HTML", "html", nullptr, nullptr, writeHtml, false, nullptr,
+     nullptr},
 };
 
 }  // namespace
@@ -147,9 +176,10 @@ const Format* streamingFormatOf(std::string_view head) {
   return format->headDecides(skipSpace(head)) ? format : nullptr;
 }
 
-const Format& formatNamed(std::string_view name) {
+const Format& formatNamed(std::string_view name, bool xmlLayoutFormats) {
   for (const Format& format : kFormats) {
-    if (format.write != nullptr && base::equalsIgnoreAsciiCase(name, format.name)) return format;
+    if (format.write == nullptr || (format.optIn && !xmlLayoutFormats)) continue;
+    if (base::equalsIgnoreAsciiCase(name, format.name)) return format;
   }
   throw std::runtime_error("unsupported output format specified");
 }

@@ -34,12 +34,15 @@ struct Format {
   // in place, so a file is held once while its layout is built.
   std::unique_ptr<text::layout::Layout> (*read)(std::string& utf8, const ReadOptions& options);
   void (*write)(const text::layout::Layout& layout, base::Sink& sink, const WriteOptions& options);
+  // Written only when the caller opts in (XmlLayoutFormats): without it the output formats
+  // are exactly the documented ones. Reading needs no opt-in.
+  bool optIn = false;
   // For a reader that can take a large file piece by piece: true when the file's beginning
   // (UTF-8, leading white space skipped) alone proves the format; then readStream gets that
   // beginning and the source of the rest. Null for the others, which read the whole text.
-  bool (*headDecides)(std::string_view head);
+  bool (*headDecides)(std::string_view head) = nullptr;
   std::unique_ptr<text::layout::Layout> (*readStream)(std::string head, base::ByteSource& rest,
-                                                      const ReadOptions& options);
+                                                      const ReadOptions& options) = nullptr;
 };
 
 // The format the text (UTF-8) is in, judged after its leading white space; null for plain
@@ -48,9 +51,10 @@ const Format* formatOfContent(std::string_view utf8);
 // The format that can read the file whose beginning this is piece by piece; null when the
 // beginning does not decide or the format's reader wants the whole text.
 const Format* streamingFormatOf(std::string_view head);
-// The format with a writer named so in OutputFilename.Format; the runtime error
-// "unsupported output format specified" for any other name.
-const Format& formatNamed(std::string_view name);
+// The format with a writer named so in OutputFilename.Format, the opt-in formats only when
+// `xmlLayoutFormats`; the runtime error "unsupported output format specified" for any other
+// name.
+const Format& formatNamed(std::string_view name, bool xmlLayoutFormats = false);
 // Writes the layout in the format, which must have a writer (formatNamed gives only such).
 void writeLayout(const Format& format, const text::layout::Layout& layout, base::Sink& sink,
                  const WriteOptions& options = {});

@@ -209,7 +209,7 @@ constexpr std::array<std::string_view, kPropertyCount> kNames = {
     "__Reserved0776", "__Reserved0777", "__Reserved0778", "__Reserved0779",
     "WebAnnoOffsets", "__Reserved0781", "With", "__Reserved0783",
     "WordHeightFactor", "WordRecognizer", "__Reserved0786", "WordWidthFactor",
-    "WorkSpace", "__Reserved0789", "__Reserved0790", "Normalization",
+    "WorkSpace", "__Reserved0789", "XmlLayoutFormats", "Normalization",
     "Graphemes", "ComparisonReportFilename", "__Reserved0794", "__Reserved0795",
     "__Reserved0796", "__Reserved0797", "__Reserved0798", "__Reserved0799",
     "__Reserved0800", "__Reserved0801", "__Reserved0802", "__Reserved0803",

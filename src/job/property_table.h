@@ -72,11 +72,11 @@ enum PropertyNumber : std::uint32_t {
   kWordRecognizer = 785,
   kWordWidthFactor = 787,
   kWorkSpace = 788,
+  kXmlLayoutFormats = 790,
   // Character and word error counts of the comparison: the Unicode normalisation, and
   // counting grapheme clusters instead of code points.
   kNormalization = 791,
   kGraphemes = 792,
-
   kComparisonReportFilename = 793,
 };
 

@@ -15,6 +15,8 @@ enum LayoutFormat : std::uint32_t {
   kFormatWebAnno = 2,
   kFormatCloudOcr = 3,
   kFormatJsonLayout = 4,
+  kFormatAlto = 5,
+  kFormatPageXml = 6,
 };
 
 }  // namespace qent::text::layout

@@ -86,6 +86,12 @@ struct BadInputCase {
   std::string content = "";  // of in.txt, for the readers' errors
 };
 
+std::string repeat(std::string_view text, int count) {
+  std::string result;
+  for (int i = 0; i < count; ++i) result += text;
+  return result;
+}
+
 BadInputCase badContent(const char* label, std::string content, uint32_t code, const char* error) {
   return {label, "InputFilename", "in.txt", code, error, std::move(content)};
 }
@@ -134,7 +140,43 @@ TEST(ExecutionTest, BadInputFailsWithAClearErrorAndKeepsTheEarlierOutput) {
       badContent("CloudOcrWithoutAnnotation", R"({"responses":[{"error":{"code":7}}]})", 20039,
                  "Incorrect format"),
       badContent("CloudOcrThatIsNotJson", R"({"fullTextAnnotation": {"pages": [}})", 20039,
-                 "Incorrect format")};
+                 "Incorrect format"),
+      // ALTO and PAGE are told by their root element, so their errors are their own.
+      {"XmlLayoutFormatWithoutOptIn", "OutputFilename.Format", "alto", ORMIDA_FAILED,
+       "unsupported output format specified"},
+      badContent("AltoThatIsNotXml", "<alto><Layout></alto>", 20001,
+                 "ALTO: malformed XML (Start-end tags mismatch) at offset 16"),
+      badContent("AltoInAnotherNamespace", "<alto xmlns='urn:x'/>", 20001,
+                 "ALTO: element <alto> at offset 0 is in the namespace \"urn:x\", not in that"),
+      badContent("AltoPositionWithoutSize", "<alto><Layout><Page><PrintSpace HPOS='1' VPOS='2'/>"
+                 "</Page></Layout></alto>", 20001,
+                 "ALTO: element <PrintSpace> at offset 20 has coordinates but no WIDTH"),
+      badContent("AltoNegativeSize", "<alto><Layout><Page WIDTH='-5'/></Layout></alto>", 20001,
+                 "ALTO: element <Page> at offset 14 has the negative WIDTH -5"),
+      badContent("AltoUnknownUnit", "<alto><Description><MeasurementUnit>furlong"
+                 "</MeasurementUnit></Description></alto>", 20001,
+                 "ALTO: element <MeasurementUnit> at offset 19 names the unit \"furlong\""),
+      badContent("AltoCoordinateOutOfRange", "<alto><Layout><Page HEIGHT='1e300'/></Layout></alto>",
+                 20001, "ALTO: element <Page> at offset 14 has HEIGHT 1e300, which is out of range"),
+      badContent("AltoNestedTooDeep", "<alto><Layout><Page>" + repeat("<ComposedBlock>", 1100) +
+                 repeat("</ComposedBlock>", 1100) + "</Page></Layout></alto>",
+                 20001, "ALTO: element <ComposedBlock> at offset 14990 is nested deeper than 1000"),
+      badContent("PageWithoutCoords",
+                 "<PcGts xmlns='http://schema.primaresearch.org/PAGE/gts/pagecontent/2019-07-15'>"
+                 "<Page><TextRegion id='r'/></Page></PcGts>", 20001,
+                 "PAGE: element <TextRegion> at offset 85 has no Coords"),
+      badContent("PageOfAnUnknownVersion",
+                 "<pc:PcGts xmlns:pc='http://schema.primaresearch.org/PAGE/gts/pagecontent/2010-03-19'/>",
+                 20001, "PAGE: element <pc:PcGts> at offset 0 is in the namespace"),
+      badContent("PagePointsThatAreNoNumbers",
+                 "<PcGts xmlns='http://schema.primaresearch.org/PAGE/gts/pagecontent/2013-07-15'>"
+                 "<Page><TextRegion id='r'><Coords points='1,2 x,4'/></TextRegion></Page></PcGts>",
+                 20001, "PAGE: element <Coords> at offset 104 has points with \"x,4\""),
+      badContent("PageConfidenceAbove1",
+                 "<PcGts xmlns='http://schema.primaresearch.org/PAGE/gts/pagecontent/2013-07-15'>"
+                 "<Page><TextRegion id='r'><Coords points='1,2 3,4'/><TextEquiv conf='7'>"
+                 "<Unicode>a</Unicode></TextEquiv></TextRegion></Page></PcGts>",
+                 20001, "PAGE: element <TextEquiv> at offset 130 has conf=\"7\", outside 0 to 1")};
   for (const BadInputCase& k : cases) {
     TempDir dir;
     dir.write("in.txt", k.content);

@@ -12,6 +12,8 @@
 #include "layout/format/JSONWriter.h"
 #include "layout/format/PlainTextWriter.h"
 #include "layout/format/WebAnnoWriter.h"
+#include "layout/format/alto/AltoWriter.h"
+#include "layout/format/page/PageXmlWriter.h"
 #include "layout/format/html/HtmlWriter.h"
 #include "support/JobApi.h"
 #include "support/SmallStack.h"
@@ -85,6 +87,32 @@ std::string deepCloudOcr() {
          R"(]}]}]}]},"extra":)" + nest(arrays, "[", "", "]") + "}";
 }
 
+// A PrintSpace of ComposedBlocks around a TextBlock: as many levels as ALTO is read with.
+std::string deepAlto() {
+  return "<alto><Layout><Page WIDTH='99' HEIGHT='99'><PrintSpace>" +
+         nest(kAreas - 2, "<ComposedBlock HPOS='1' VPOS='1' WIDTH='9' HEIGHT='9'>",
+              "<TextBlock><TextLine><String HPOS='1' VPOS='1' WIDTH='4' HEIGHT='8' CONTENT='deep'/>"
+              "<SP/><String HPOS='6' VPOS='1' WIDTH='4' HEIGHT='8' CONTENT='tree'/></TextLine>"
+              "</TextBlock>",
+              "</ComposedBlock>") +
+         "</PrintSpace></Page></Layout></alto>";
+}
+
+// PAGE regions nested in regions, as deep as the reader accepts.
+std::string deepPage() {
+  auto word = [](const char* points, const char* text) {
+    return std::string("<Word id='w'><Coords points='") + points +
+           "'/><TextEquiv><Unicode>" + text + "</Unicode></TextEquiv></Word>";
+  };
+  return "<PcGts xmlns='http://schema.primaresearch.org/PAGE/gts/pagecontent/2019-07-15'>"
+         "<Page imageWidth='99' imageHeight='99'>" +
+         nest(kAreas, "<TextRegion id='r'><Coords points='1,1 10,10'/>",
+              "<TextLine id='l'><Coords points='1,1 10,9'/>" + word("1,1 5,9", "deep") +
+                  word("6,1 10,9", "tree") + "</TextLine>",
+              "</TextRegion>") +
+         "</Page></PcGts>";
+}
+
 const std::string kSentence = "#Text=deep tree\n1-1\t0-4\tdeep\t_\n1-2\t5-9\ttree\t_\n";
 
 struct DeepCase {
@@ -102,6 +130,7 @@ void PrintTo(const DeepCase& c, std::ostream* out) { *out << c.name; }
 struct Outcome {
   std::size_t depth = 0;
   std::string json, jsonAgain, copyJson, pageJson, hocr, hocrAgain, webAnno, html;
+  std::string alto, altoAgain, pageXml;
   std::u16string plainText, nodeText;
   std::size_t words = 0;
 };
@@ -133,6 +162,13 @@ TEST_P(SmallStackTest, ReadsWritesCopiesAndWalksTheDeepestDocument) {
     o.plainText = format::PlainTextWriter().write(*layout);
     o.html = format::html::HtmlWriter().write(*layout);
     o.webAnno = format::WebAnnoWriter().write(*layout);
+    o.alto = format::AltoWriter().write(*layout);
+    // A tree as deep as the readers accept gains a PrintSpace in ALTO, a level too many to
+    // read back, unless it had one.
+    if (std::string_view(GetParam().name) == "Alto") {
+      o.altoAgain = format::AltoWriter().write(*read(o.alto));
+    }
+    o.pageXml = format::PageXmlWriter().write(*layout);
     o.nodeText = nodeText(root);
     DeepCopier copier;
     root.accept(copier);
@@ -151,6 +187,9 @@ TEST_P(SmallStackTest, ReadsWritesCopiesAndWalksTheDeepestDocument) {
   EXPECT_NE(o.webAnno.find(kSentence), std::string::npos) << o.webAnno;
   EXPECT_EQ(o.nodeText, u"deeptree");
   EXPECT_NE(o.html.find("deep tree"), std::string::npos) << o.html.size() << " bytes";
+  EXPECT_TRUE(o.altoAgain.empty() || o.altoAgain == o.alto) << o.altoAgain.size() << " bytes";
+  EXPECT_NE(o.alto.find("CONTENT=\"tree\""), std::string::npos) << o.alto.size() << " bytes";
+  EXPECT_NE(o.pageXml.find("<Unicode>tree</Unicode>"), std::string::npos) << o.pageXml.size();
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -160,6 +199,8 @@ INSTANTIATE_TEST_SUITE_P(
                       DeepCase{"Hocr", deepHocr(), kMaxLayoutDepth - 1},
                       DeepCase{"HocrAsHtml", deepHtml(), kMaxLayoutDepth - 1, false, true},
                       DeepCase{"CloudOcr", deepCloudOcr(), 6},
+                      DeepCase{"Alto", deepAlto(), kMaxLayoutDepth},
+                      DeepCase{"PageXml", deepPage(), kMaxLayoutDepth},
                       DeepCase{"WebAnno", "#FORMAT=WebAnno TSV 3.2\n#T_SP=webanno.custom.Mention|"
                                           "value\n\n\n" + kSentence, 4}),
     [](const ::testing::TestParamInfo<DeepCase>& c) { return std::string(c.param.name); });

@@ -23,6 +23,7 @@ namespace {
 struct OutputOptions {
   std::u16string formats = u"HOCR";
   io::WriteOptions write;
+  bool xmlLayoutFormats = false;  // "alto" and "page" are offered only on request
   bool toFile = false;
   OrmidaMemoryOutput callback = nullptr;
   std::uint64_t userdata = 0;
@@ -35,6 +36,7 @@ std::uint64_t number(const PropertyStore& properties, std::uint32_t property) {
 OutputOptions readOptions(const PropertyStore& properties) {
   OutputOptions options;
   options.toFile = properties.isSet(kOutputFilename);
+  options.xmlLayoutFormats = properties.boolean(kXmlLayoutFormats);
   for (const auto& [sub, value] : properties.subProperties(kOutputFilename)) {
     if (sub == kFormat) options.formats = value;
   }
@@ -58,10 +60,10 @@ OutputOptions readOptions(const PropertyStore& properties) {
 }
 
 // Every name is checked before anything is written, so a bad list writes nothing.
-std::vector<const io::Format*> formatsOf(const std::u16string& names) {
+std::vector<const io::Format*> formatsOf(const std::u16string& names, bool xmlLayoutFormats) {
   std::vector<const io::Format*> formats;
   for (const std::u16string& name : splitItems(names)) {
-    formats.push_back(&io::formatNamed(base::utf16ToUtf8Lenient(name)));
+    formats.push_back(&io::formatNamed(base::utf16ToUtf8Lenient(name), xmlLayoutFormats));
   }
   if (formats.empty()) throw std::runtime_error("unsupported output format specified");
   return formats;
@@ -79,13 +81,15 @@ void writeOutput(JobExecution& execution) {
                              " is plain text and has no layout to write");
   }
   std::filesystem::path path = execution.resolve(properties.string(kOutputFilename));
-  const std::vector<const io::Format*> formats = formatsOf(options.formats);
+  const std::vector<const io::Format*> formats = formatsOf(options.formats, options.xmlLayoutFormats);
   for (const io::Format* format : formats) {
-    if (formats.size() > 1) path.replace_extension(format->extension);
+    // Each name from the given one: "alto.xml" replaced by "json" would leave "x.alto.json".
+    std::filesystem::path target = path;
+    if (formats.size() > 1) target.replace_extension(format->extension);
     // The file is streamed; the caller's callback receives each output in one call, so its
     // copy is collected first.
     std::optional<base::FileSink> file;
-    if (options.toFile) file.emplace(path);
+    if (options.toFile) file.emplace(target);
     base::StringSink memory;
     std::optional<base::TeeSink> both;
     base::Sink* sink = &memory;
