@@ -9,6 +9,7 @@
 #include <fstream>
 #include <stdexcept>
 #include <system_error>
+#include <vector>
 
 namespace qent::base {
 
@@ -17,6 +18,12 @@ namespace {
 std::string display(const std::filesystem::path& path) { return platform::pathToUtf8(path); }
 
 int lastErrno(int fallback) { return errno != 0 ? errno : fallback; }
+
+[[noreturn]] void failTooLarge(const std::filesystem::path& path) {
+  throw std::runtime_error("reading error (errno " + std::to_string(EFBIG) + "): " +
+                           display(path) + " is larger than " + std::to_string(kMaxFileBytes) +
+                           " bytes, the most the library reads from one file");
+}
 
 }  // namespace
 
@@ -41,10 +48,14 @@ std::string readFile(const std::filesystem::path& path) {
   if (!in.is_open()) throw std::runtime_error(openErrorText(display(path), lastErrno(ENOENT)));
   std::string data;
   const auto size = std::filesystem::file_size(path, ec);
+  if (!ec && size > kMaxFileBytes) failTooLarge(path);
   if (!ec) data.reserve(static_cast<std::size_t>(size));
-  char buffer[1 << 16];
-  while (in.read(buffer, sizeof buffer) || in.gcount() > 0) {
-    data.append(buffer, static_cast<std::size_t>(in.gcount()));
+  // The size is checked while reading too: a device or pipe has none beforehand, and
+  // /dev/zero never ends.
+  std::vector<char> buffer(1 << 16);
+  while (in.read(buffer.data(), static_cast<std::streamsize>(buffer.size())) || in.gcount() > 0) {
+    if (data.size() + static_cast<std::size_t>(in.gcount()) > kMaxFileBytes) failTooLarge(path);
+    data.append(buffer.data(), static_cast<std::size_t>(in.gcount()));
   }
   if (in.bad()) {
     throw std::runtime_error("reading error (errno " + std::to_string(lastErrno(EIO)) +
@@ -54,6 +65,19 @@ std::string readFile(const std::filesystem::path& path) {
 }
 
 AtomicFile::AtomicFile(std::filesystem::path path) : path_(std::move(path)) {
+  // A device or a pipe (/dev/stdout, /dev/full, a FIFO) is written as it is: renaming a
+  // temporary file over it would replace the device node itself (a process running as root
+  // may do that), and its earlier content is nothing that could be lost.
+  std::error_code ec;
+  const auto status = std::filesystem::status(path_, ec);
+  if (!ec && std::filesystem::exists(status) && !std::filesystem::is_regular_file(status) &&
+      !std::filesystem::is_directory(status)) {
+    errno = 0;
+    out_.open(path_, std::ios::binary);
+    if (!out_.is_open()) throw std::runtime_error(openErrorText(display(path_), lastErrno(ENOENT)));
+    direct_ = true;
+    return;
+  }
   static std::atomic<unsigned> sequence{0};
   temporary_ = path_;
   temporary_ += ".tmp" + std::to_string(platform::threadNumber() % 100000) + "_" +
@@ -64,7 +88,7 @@ AtomicFile::AtomicFile(std::filesystem::path path) : path_(std::move(path)) {
 }
 
 AtomicFile::~AtomicFile() {
-  if (committed_) return;
+  if (committed_ || direct_) return;
   out_.close();
   std::error_code ignored;
   std::filesystem::remove(temporary_, ignored);
@@ -86,6 +110,10 @@ void AtomicFile::commit() {
   if (!out_) failWriting();
   out_.close();
   if (!out_) failWriting();
+  if (direct_) {
+    committed_ = true;
+    return;
+  }
   try {
     std::error_code ec;
     std::filesystem::rename(temporary_, path_, ec);

@@ -16,13 +16,20 @@ namespace qent::base {
 
 std::string openErrorText(const std::string& fileName, int errorNumber);
 
-// Reads the whole file. A directory, a missing or unreadable file is an error.
+// The largest file readFile reads, and the largest document taken from memory. It bounds
+// the memory one input can cost (a JSON or hOCR layout takes several times its bytes once
+// read), so a huge file or a device that never ends is an error, not an exhausted machine.
+inline constexpr std::size_t kMaxFileBytes = std::size_t{256} << 20;
+
+// Reads the whole file. A directory, a missing or unreadable file, or one larger than
+// kMaxFileBytes is an error.
 std::string readFile(const std::filesystem::path& path);
 
 // A file written piece by piece into a temporary file beside its path and renamed over the
 // path only by commit(): a reader never sees a half-written file, and a failure (or an
 // object destroyed without commit) removes the temporary file and leaves an earlier file
-// untouched.
+// untouched. A path that names a device or a pipe is written directly, and a write that
+// fails there (a full device) fails the same way.
 class AtomicFile {
 public:
   explicit AtomicFile(std::filesystem::path path);
@@ -40,6 +47,7 @@ private:
   std::filesystem::path temporary_;
   std::ofstream out_;
   bool committed_ = false;
+  bool direct_ = false;  // writing straight into a device or pipe
 };
 
 // The whole data as an AtomicFile.
