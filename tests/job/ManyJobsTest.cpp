@@ -19,6 +19,10 @@
 #include <thread>
 #include <vector>
 
+// Linux only for now: the samples are named by their source path and the word recognizer
+// finds the system's dictionaries, neither of which the Wine run of the suite resolves.
+#if !defined(_WIN32)
+
 namespace {
 
 using qent::test::Job;
@@ -100,3 +104,5 @@ TEST(ManyJobsTest, SixteenJobsOnEightThreadsGiveWhatEachGivesAlone) {
 }
 
 }  // namespace
+
+#endif

@@ -13,6 +13,10 @@
 #include <string>
 #include <vector>
 
+// Linux only for now: the samples are named by their source path and the word recognizer
+// finds the system's dictionaries, neither of which the Wine run of the suite resolves.
+#if !defined(_WIN32)
+
 namespace {
 
 using qent::test::Job;
@@ -71,14 +75,12 @@ TEST(NothingLostTest, AFailedWriteAtAnyStepKeepsEarlierFilesAndResults) {
   };
   std::vector<Target> targets = {
       {"missing-folder/out.txt", "file is busy or not exist or its path is too long (errno: 2)"}};
-#if !defined(_WIN32)
   // A full disk, reached through a link: were the device ever replaced instead of written,
   // only the link would go.
   TempDir devices;
   const std::string fullDisk = (devices / "full-disk").string();
   std::filesystem::create_symlink("/dev/full", fullDisk);
   targets.push_back({fullDisk.c_str(), "writing error (errno 28)"});
-#endif
   for (const char* property : fileProperties) {
     for (const Target& target : targets) {
       TempDir dir;
@@ -102,3 +104,5 @@ TEST(NothingLostTest, AFailedWriteAtAnyStepKeepsEarlierFilesAndResults) {
 }
 
 }  // namespace
+
+#endif
