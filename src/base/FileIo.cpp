@@ -10,6 +10,7 @@
 #include <fstream>
 #include <stdexcept>
 #include <system_error>
+#include <vector>
 
 namespace qent::base {
 
@@ -18,6 +19,12 @@ namespace {
 std::string display(const std::filesystem::path& path) { return platform::pathToUtf8(path); }
 
 int lastErrno(int fallback) { return errno != 0 ? errno : fallback; }
+
+[[noreturn]] void failTooLarge(const std::filesystem::path& path) {
+  throw std::runtime_error("reading error (errno " + std::to_string(EFBIG) + "): " +
+                           display(path) + " is larger than " + std::to_string(kMaxFileBytes) +
+                           " bytes, the most the library reads from one file");
+}
 
 }  // namespace
 
@@ -41,12 +48,17 @@ FileReader::FileReader(const std::filesystem::path& path) : path_(path) {
   in_.open(path, std::ios::binary);
   if (!in_.is_open()) throw std::runtime_error(openErrorText(display(path), lastErrno(ENOENT)));
   const auto size = std::filesystem::file_size(path, ec);
+  if (!ec && size > kMaxFileBytes) failTooLarge(path);
   if (!ec) size_ = size;
 }
 
 std::size_t FileReader::read(char* buffer, std::size_t size) {
   in_.read(buffer, static_cast<std::streamsize>(size));
   const auto got = static_cast<std::size_t>(in_.gcount());
+  // Counted while reading too: a device or pipe has no size beforehand, and /dev/zero
+  // never ends.
+  total_ += got;
+  if (total_ > kMaxFileBytes) failTooLarge(path_);
   if (in_.bad()) {
     throw std::runtime_error("reading error (errno " + std::to_string(lastErrno(EIO)) +
                              "): " + display(path_));
@@ -55,13 +67,18 @@ std::size_t FileReader::read(char* buffer, std::size_t size) {
 }
 
 void FileReader::readInto(std::string& text, std::size_t size) {
-  // The whole file ends up in the text: one allocation of its size.
+  // The whole file ends up in the text: one allocation of its size. The bytes go straight
+  // into the text, not through a buffer on the stack, which may be small on the caller's
+  // thread.
   if (size == std::string::npos && size_ > text.size()) text.reserve(static_cast<std::size_t>(size_));
-  char buffer[1 << 16];
+  constexpr std::size_t kPiece = 1 << 16;
   while (size > 0) {
-    const std::size_t got = read(buffer, std::min(size, sizeof buffer));
+    const std::size_t want = std::min(size, kPiece);
+    const std::size_t at = text.size();
+    text.resize(at + want);
+    const std::size_t got = read(text.data() + at, want);
+    text.resize(at + got);
     if (got == 0) return;
-    text.append(buffer, got);
     if (size != std::string::npos) size -= got;
   }
 }
@@ -76,6 +93,19 @@ std::string readFile(const std::filesystem::path& path) {
 }
 
 AtomicFile::AtomicFile(std::filesystem::path path) : path_(std::move(path)) {
+  // A device or a pipe (/dev/stdout, /dev/full, a FIFO) is written as it is: renaming a
+  // temporary file over it would replace the device node itself (a process running as root
+  // may do that), and its earlier content is nothing that could be lost.
+  std::error_code ec;
+  const auto status = std::filesystem::status(path_, ec);
+  if (!ec && std::filesystem::exists(status) && !std::filesystem::is_regular_file(status) &&
+      !std::filesystem::is_directory(status)) {
+    errno = 0;
+    out_.open(path_, std::ios::binary);
+    if (!out_.is_open()) throw std::runtime_error(openErrorText(display(path_), lastErrno(ENOENT)));
+    direct_ = true;
+    return;
+  }
   static std::atomic<unsigned> sequence{0};
   temporary_ = path_;
   temporary_ += ".tmp" + std::to_string(platform::threadNumber() % 100000) + "_" +
@@ -86,7 +116,7 @@ AtomicFile::AtomicFile(std::filesystem::path path) : path_(std::move(path)) {
 }
 
 AtomicFile::~AtomicFile() {
-  if (committed_) return;
+  if (committed_ || direct_) return;
   out_.close();
   std::error_code ignored;
   std::filesystem::remove(temporary_, ignored);
@@ -108,6 +138,10 @@ void AtomicFile::commit() {
   if (!out_) failWriting();
   out_.close();
   if (!out_) failWriting();
+  if (direct_) {
+    committed_ = true;
+    return;
+  }
   try {
     std::error_code ec;
     std::filesystem::rename(temporary_, path_, ec);

@@ -17,6 +17,11 @@ namespace qent::base {
 
 std::string openErrorText(const std::string& fileName, int errorNumber);
 
+// The largest file the library reads, and the largest document taken from memory. It bounds
+// the memory one input can cost (a JSON or hOCR layout takes several times its bytes once
+// read), so a huge file or a device that never ends is an error, not an exhausted machine.
+inline constexpr std::size_t kMaxFileBytes = std::size_t{256} << 20;
+
 // Where a reader takes its bytes from, piece by piece.
 class ByteSource {
 public:
@@ -26,7 +31,8 @@ public:
 };
 
 // A file read piece by piece, for readers that need not hold the whole of a large file. A
-// directory, a missing or unreadable file is an error, as for readFile.
+// directory, a missing or unreadable file, or one larger than kMaxFileBytes is an error, as
+// for readFile.
 class FileReader : public ByteSource {
 public:
   explicit FileReader(const std::filesystem::path& path);
@@ -39,15 +45,18 @@ private:
   std::filesystem::path path_;
   std::ifstream in_;
   std::uintmax_t size_ = 0;  // as the file system said when it was opened; 0 if unknown
+  std::size_t total_ = 0;    // bytes read so far
 };
 
-// Reads the whole file.
+// Reads the whole file. A directory, a missing or unreadable file, or one larger than
+// kMaxFileBytes is an error.
 std::string readFile(const std::filesystem::path& path);
 
 // A file written piece by piece into a temporary file beside its path and renamed over the
 // path only by commit(): a reader never sees a half-written file, and a failure (or an
 // object destroyed without commit) removes the temporary file and leaves an earlier file
-// untouched.
+// untouched. A path that names a device or a pipe is written directly, and a write that
+// fails there (a full device) fails the same way.
 class AtomicFile {
 public:
   explicit AtomicFile(std::filesystem::path path);
@@ -65,6 +74,7 @@ private:
   std::filesystem::path temporary_;
   std::ofstream out_;
   bool committed_ = false;
+  bool direct_ = false;  // writing straight into a device or pipe
 };
 
 // The whole data as an AtomicFile.

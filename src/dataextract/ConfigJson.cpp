@@ -10,6 +10,7 @@
 #include <rapidjson/reader.h>
 
 #include <stdexcept>
+#include <vector>
 
 namespace qent::dataextract {
 
@@ -27,6 +28,37 @@ std::string configText(std::u16string_view text, const std::string& what) {
     failConfig(what, std::string("not valid Unicode: ") + e.what());
   }
 }
+
+namespace {
+
+bool validText(const rapidjson::Value& value) {
+  return base::findInvalidUtf8(std::string_view(value.GetString(), value.GetStringLength())) ==
+         std::string_view::npos;
+}
+
+// The bytes were checked before parsing, but an escape ("\udc00") can still spell a lone
+// surrogate, which the parser stores as bytes that are no UTF-8; every later conversion of
+// that name or keyword would fail. Refused here, where the message can say so.
+void refuseLoneSurrogates(const rapidjson::Value& root, const std::string& what) {
+  std::vector<const rapidjson::Value*> pending{&root};
+  while (!pending.empty()) {
+    const rapidjson::Value& value = *pending.back();
+    pending.pop_back();
+    if (value.IsString() && !validText(value)) {
+      failConfig(what, "a string escapes a lone surrogate (\\ud800 to \\udfff unpaired)");
+    }
+    if (value.IsArray()) {
+      for (const rapidjson::Value& element : value.GetArray()) pending.push_back(&element);
+    } else if (value.IsObject()) {
+      for (const auto& member : value.GetObject()) {
+        pending.push_back(&member.name);
+        pending.push_back(&member.value);
+      }
+    }
+  }
+}
+
+}  // namespace
 
 rapidjson::Document parseConfigJson(std::string_view text, const std::string& what) {
   // Editors on Windows like to start a UTF-8 file with a byte-order mark.
@@ -53,6 +85,7 @@ rapidjson::Document parseConfigJson(std::string_view text, const std::string& wh
       failConfig(what, "not valid JSON: text after the document (byte " + std::to_string(i) + ")");
     }
   }
+  refuseLoneSurrogates(document, what);
   return document;
 }
 

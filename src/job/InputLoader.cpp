@@ -69,6 +69,12 @@ DocumentList InputLoader::loadMemory(const std::u16string& addresses) const {
   for (const std::u16string& item : splitItems(addresses)) {
     ++index;
     const auto [address, size] = parseMemoryItem(base::utf16ToUtf8Lenient(item), index);
+    if (size > base::kMaxFileBytes) {
+      std::string message = "InputMemoryAddress item " + std::to_string(index) + " has ";
+      message += std::to_string(size) + " bytes, more than the " +
+                 std::to_string(base::kMaxFileBytes) + " a document may have";
+      throw std::runtime_error(message);
+    }
     std::string bytes(reinterpret_cast<const char*>(static_cast<std::uintptr_t>(address)),
                       static_cast<std::size_t>(size));
     const std::string name = "memory:" + std::to_string(index);

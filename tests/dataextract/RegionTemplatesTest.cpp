@@ -117,6 +117,9 @@ INSTANTIATE_TEST_SUITE_P(
                       "Region template: not valid JSON: Missing a name for object member. (byte 1)"},
         TemplateError{"TooDeep", std::string(40, '[') + std::string(40, ']'),
                       "Region template: values nested deeper than 32 levels"},
+        TemplateError{"KeywordEscapesALoneSurrogate",
+                      R"({"regions":[{"name":"a","left":1,"top":2,"width":3,"height":4,"keywords":["x\udc00"]}]})",
+                      "Region template: a string escapes a lone surrogate (\\ud800 to \\udfff unpaired)"},
         TemplateError{"NoRegions", R"({"regions":[]})", "Region template: \"regions\" holds no region"},
         TemplateError{"MissingRectangle", R"({"regions":[{"name":"a","left":1,"top":2,"width":3}]})",
                       "Region template: region 1 (\"a\"): \"height\" is missing; a region needs "

@@ -111,6 +111,9 @@ TEST(ExecutionTest, BadInputFailsWithAClearErrorAndKeepsTheEarlierOutput) {
        "InputMemoryAddress item 1 \"0:10\" has the address 0"},
       {"SizeZero", "InputMemoryAddress", "4096:0", ORMIDA_FAILED,
        "InputMemoryAddress item 1 \"4096:0\" has the size 0"},
+      {"LargerThanADocumentMayBe", "InputMemoryAddress", "4096:268435457", ORMIDA_FAILED,
+       "InputMemoryAddress item 1 has 268435457 bytes, more than the 268435456 a document "
+       "may have"},
       {"MalformedItem", "InputMemoryAddress", "12345", ORMIDA_FAILED,
        "InputMemoryAddress item 1 \"12345\" is not of the form ADDRESS:SIZE"},
       {"HugeNumber", "InputMemoryAddress", "99999999999999999999999:1", ORMIDA_FAILED,
@@ -198,6 +201,18 @@ TEST(ExecutionTest, BadInputFailsWithAClearErrorAndKeepsTheEarlierOutput) {
         << k.label << ": a temporary file was left";
   }
 }
+
+#if !defined(_WIN32)
+// A device has no size to check beforehand; reading stops at the limit instead of filling
+// the memory.
+TEST(ExecutionTest, AnEndlessDeviceIsReadOnlyUpToTheSizeLimit) {
+  Job job;
+  job.set("InputFilename", "/dev/zero");
+  EXPECT_EQ(job.execute(), ORMIDA_FAILED);
+  EXPECT_EQ(errorOf(job), "reading error (errno 27): /dev/zero is larger than 268435456 bytes, "
+                          "the most the library reads from one file");
+}
+#endif
 
 TEST(ExecutionTest, RepeatedExecuteReloadsTheDocumentFromUtf8Utf16OrWithAByteOrderMark) {
   TempDir dir;
