@@ -38,6 +38,13 @@ public:
         ->default_str("none");
     command_->add_flag("--graphemes", graphemes_,
                        "count user-perceived characters (grapheme clusters), not code points");
+    command_->add_option("--align", align_,
+                         "how the recognition is moved onto the ground truth before pairing: "
+                         "by the corners or the centre of their text, or not at all (none: "
+                         "both in the pixels of one scan, e.g. a PAGE or ALTO ground truth "
+                         "that covers only part of the page)")
+        ->check(CLI::IsMember({"corner", "center", "none"}))
+        ->default_str("corner");
     command_->add_option("--report", report_, "write the visual HTML report to this file");
     command_->add_option("--json", json_,
                          "write the result JSON (for folders: the summary JSON) to this file");
@@ -85,7 +92,8 @@ private:
                              {"Compare.With", truth},
                              {"Compare.Level", level_},
                              {"Compare.Mode", mode_},
-                             {"Compare.Normalization", normalize_}};
+                             {"Compare.Normalization", normalize_},
+                             {"Compare.TransformStrategy", align_}};
     if (graphemes_) properties.emplace_back("Compare.Graphemes", "true");
     if (!strict_) properties.emplace_back("TolerantHocr", "true");
     if (!report_.empty()) properties.emplace_back("ComparisonReportFilename", report_);
@@ -159,6 +167,7 @@ private:
   CLI::App* command_ = nullptr;
   std::string truth_, recognition_;
   std::string level_ = "word", mode_ = "text", normalize_ = "none";
+  std::string align_ = "corner";
   std::string report_, json_, csv_;
   unsigned threads_ = 0;
   bool graphemes_ = false;

@@ -24,17 +24,25 @@ struct OutputFormat {
 const std::map<std::string, OutputFormat> kFormats = {
     {"hocr", {"hocr", ".hocr"}},  {"json", {"json", ".json"}},
     {"html", {"html", ".html"}},  {"webanno", {"webanno", ".tsv"}},
-    {"txt", {"txtutf8", ".txt"}},
+    {"txt", {"txtutf8", ".txt"}},  {"alto", {"alto", ".alto.xml"}},
+    {"page", {"page", ".page.xml"}},
 };
+
+// ALTO and PAGE are output formats the library writes only when asked to
+// (XmlLayoutFormats); converting to them is exactly that request.
+bool isXmlLayoutFormat(const std::string& format) { return format == "alto" || format == "page"; }
+
+const char* const kFormatChoice = "hocr|json|html|webanno|txt|alto|page";
 
 // The format an output file's extension names, or empty. ".html" is the HTML view: hOCR
 // files are written as ".hocr" here, whatever name engines give them.
 std::string formatOfExtension(const fs::path& file) {
-  const std::string extension = utf8Name(file.extension());
-  for (const auto& [name, format] : kFormats) {
-    if (extension == format.extension) return name;
+  const std::string name = utf8Name(file.filename());
+  for (const auto& [format, output] : kFormats) {
+    const std::string_view extension = output.extension;
+    if (name.size() > extension.size() && name.ends_with(extension)) return format;
   }
-  if (extension == ".htm") return "html";
+  if (name.ends_with(".htm")) return "html";
   return "";
 }
 
@@ -46,7 +54,7 @@ public:
     command_->add_option("IN", input_, "input file or folder")->required();
     command_->add_option("OUT", output_, "output file or folder")->required();
     command_->add_option("--to", to_, "output format (default: from OUT's extension)")
-        ->check(CLI::IsMember({"hocr", "json", "html", "webanno", "txt"}));
+        ->check(CLI::IsMember({"hocr", "json", "html", "webanno", "txt", "alto", "page"}));
     command_->add_option("-j,--jobs", threads_, "for folders: files converted at once")
         ->default_str("the number of cores")
         ->check(CLI::Range(1, 1024));
@@ -61,7 +69,7 @@ public:
     const std::string format = to_.empty() ? formatOfExtension(output_) : to_;
     if (format.empty()) {
       std::cerr << "ormida convert: cannot tell the format from \"" << output_
-                << "\"; give --to hocr|json|html|webanno|txt\n";
+                << "\"; give --to " << kFormatChoice << "\n";
       return kExitUsage;
     }
     if (const std::string why = unusableInputName(input_); !why.empty()) {
@@ -82,6 +90,7 @@ private:
     Properties properties = {{"InputFilename", input},
                              {"OutputFilename", output},
                              {"OutputFilename.Format", kFormats.at(format).property}};
+    if (isXmlLayoutFormat(format)) properties.emplace_back("XmlLayoutFormats", "true");
     if (!strict_) {
       properties.emplace_back("TolerantHocr", "true");
       // WebAnno and INCEpTION count offsets in UTF-16 code units.
@@ -92,7 +101,7 @@ private:
 
   int runFolder() {
     if (to_.empty()) {
-      std::cerr << "ormida convert: converting a folder needs --to hocr|json|html|webanno|txt\n";
+      std::cerr << "ormida convert: converting a folder needs --to " << kFormatChoice << "\n";
       return kExitUsage;
     }
     std::error_code failed;

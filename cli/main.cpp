@@ -47,7 +47,7 @@ std::string helpFooter() {
   for (const char* name : ormida::cli::kResults) out << ' ' << name;
   out << "\n\nVerbs (ormida VERB --help for their options):\n"
          "  ormida compare GT OCR [--level word] [--json result.json]   one pair, or two folders\n"
-         "  ormida convert IN OUT [--to hocr|json|html|webanno|txt]\n"
+         "  ormida convert IN OUT [--to hocr|json|html|webanno|txt|alto|page]\n"
          "  ormida check TEXT|LAYOUT [--lang deu|eng] [--format text|csv|json]\n"
          "  ormida summarize A.json B.json ... [--json all.json] [--csv all.csv]\n"
          "\nExamples:\n"

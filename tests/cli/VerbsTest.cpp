@@ -57,6 +57,9 @@ TEST(VerbsTest, ExitCodesAndMessages) {
       {"compare 'a;b.json' a.json", 2, "a file name with \";\" cannot be read"},
       {"convert a.json a.txt", 0, ""},
       {"convert a.json a.xyz", 2, "cannot tell the format from \"a.xyz\""},
+      {"convert a.json a.page.xml", 0, ""},
+      {"compare a.page.xml a.json --align none", 0, "  CER                 0.00 %"},
+      {"compare a.json a.json --align middle", 2, "--align: middle not in {corner,center,none}"},
       {"convert folder out", 2, "converting a folder needs --to"},
       {"check folder", 2, "checking a folder needs --out FOLDER"},
       {"summarize a.json", 1, "a.json: the summary has no \"level\""},
@@ -68,6 +71,7 @@ TEST(VerbsTest, ExitCodesAndMessages) {
         << arguments << ":\n" << run.out << run.err;
   }
   EXPECT_EQ(readAll(dir / "a.txt").substr(0, 14), "Harbour Notioe");
+  EXPECT_NE(readAll(dir / "a.page.xml").find("<PcGts"), std::string::npos);
 
   // WebAnno offsets count UTF-16 code units unless --strict keeps the library's UTF-8 bytes.
   dir.write("g.json", layout({"Gr\xC3\xBC\xC3\x9F" "e", "aus"}));
