@@ -1,6 +1,7 @@
 // BestOfMerge.cpp - page by page: collect and scale the words, cluster, vote, set lines.
 #include "bestof/BestOfMerge.h"
 
+#include "base/MeanOf.h"
 #include "bestof/Candidate.h"
 #include "bestof/LineBuilder.h"
 #include "bestof/MergeTrace.h"
@@ -101,7 +102,7 @@ MergedWord voteCluster(const std::vector<Candidate>& candidates, std::vector<std
   word.members = std::move(members);
   std::vector<std::int64_t> lefts, tops, rights, bottoms;
   std::vector<Ballot> ballots;
-  double confidenceSum = 0;
+  base::MeanOf confidence;
   std::size_t confidences = 0;
   for (const std::uint32_t member : word.members) {
     const Candidate& c = candidates[member];
@@ -111,7 +112,7 @@ MergedWord voteCluster(const std::vector<Candidate>& candidates, std::vector<std
     bottoms.push_back(c.rect.bottom);
     ballots.push_back({c.text, c.confidence, c.input});
     if (c.confidence >= 0) {
-      confidenceSum += c.confidence;
+      confidence.add(c.confidence);
       ++confidences;
     }
   }
@@ -119,7 +120,7 @@ MergedWord voteCluster(const std::vector<Candidate>& candidates, std::vector<std
   word.kept = word.members.size() >= required;
   word.text = voteText(ballots);
   const double share = static_cast<double>(word.members.size()) / static_cast<double>(inputs);
-  word.confidence = confidences == 0 ? share : share * confidenceSum / static_cast<double>(confidences);
+  word.confidence = confidences == 0 ? share : share * confidence.over(static_cast<double>(confidences));
   return word;
 }
 

@@ -2,6 +2,7 @@
 // writes the result with RapidJSON's writer.
 #include "dataextract/RegionEvaluation.h"
 
+#include "base/MeanOf.h"
 #include "base/Unicode.h"
 #include "dataextract/ConfigJson.h"
 #include "dataextract/KeywordSearch.h"
@@ -105,15 +106,15 @@ std::u16string readingText(const std::vector<PlacedWord>& words) {
 
 // Mean of the confidences the words state; -1 (the library's "unset") when none does.
 double meanConfidence(const std::vector<PlacedWord>& words) {
-  double sum = 0;
+  base::MeanOf mean;
   std::size_t count = 0;
   for (const PlacedWord& placed : words) {
     const double confidence = placed.word->confidence();
     if (confidence < 0) continue;
-    sum += confidence;
+    mean.add(confidence);
     ++count;
   }
-  return count == 0 ? -1.0 : sum / static_cast<double>(count);
+  return count == 0 ? -1.0 : mean.over(static_cast<double>(count));
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // Fragment.cpp - visitor dispatch and the glyph-mean confidence of fragments.
 #include "layout/Fragment.h"
 
+#include "base/MeanOf.h"
 #include "layout/IteratorTemplate.h"
 #include "layout/NodeVisitor.h"
 
@@ -27,17 +28,17 @@ void Fragment::accept(NodeVisitor& visitor) { visitor.visit(*this); }
 
 double Fragment::confidence() const {
   if (confidence_ >= 0 || isA<Glyph>(*this)) return confidence_;
-  double sum = 0;
+  base::MeanOf mean;
   std::int32_t count = 0;
   // The iterator walks mutable nodes; nothing is changed through it.
   for (IteratorTemplate<Glyph> it(const_cast<Fragment*>(this)); !it.atEnd(); ++it) {
     const double value = it->confidence();
     if (value >= 0) {
-      sum += value;
+      mean.add(value);
       ++count;
     }
   }
-  if (count > 0) confidence_ = sum / count;
+  if (count > 0) confidence_ = mean.over(count);
   return confidence_;
 }
 

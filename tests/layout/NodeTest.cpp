@@ -37,6 +37,14 @@ TEST(FragmentConfidenceTest, MeanOfGlyphsAtAnyDepthIsComputedOnceAndKept) {
       << "a glyph never averages its own children";
 }
 
+TEST(FragmentConfidenceTest, MeanOfConfidencesNearTheLargestDoubleStaysFinite) {
+  // Their plain sum is infinity, which no writer can put into a document.
+  auto w = parseDump("Word{Glyph(conf=1.7e308),Glyph(conf=1.5e308),Glyph(conf=0)}");
+  EXPECT_NEAR(fragmentOf(w).confidence(), 1.7e308 / 3 + 1.5e308 / 3, 1e295);
+  auto top = parseDump("Word{Glyph(conf=1.7976931348623157e308),Glyph(conf=1.7976931348623157e308)}");
+  EXPECT_EQ(fragmentOf(top).confidence(), 1.7976931348623157e308);
+}
+
 TEST(BoxTest, TypeNameFollowsTheKindUnlessSetByName) {
   Box b;
   b.setTypeName(u"my_region");

@@ -6,6 +6,7 @@
 #include <rapidjson/document.h>
 #include <rapidjson/reader.h>
 
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 
@@ -30,7 +31,15 @@ public:
   bool Uint(unsigned u) { return document_.Uint(u); }
   bool Int64(std::int64_t i) { return document_.Int64(i); }
   bool Uint64(std::uint64_t u) { return document_.Uint64(u); }
-  bool Double(double d) { return document_.Double(d); }
+  // The parser's quick path turns a number just above the largest double (1.9e308) into
+  // infinity instead of reporting it too big; no reader could do anything sound with it.
+  bool Double(double d) {
+    if (!std::isfinite(d)) {
+      numberTooBig_ = true;
+      return false;
+    }
+    return document_.Double(d);
+  }
   bool RawNumber(const char* s, rapidjson::SizeType n, bool copy) {
     return document_.RawNumber(s, n, copy);
   }
@@ -50,6 +59,7 @@ public:
   }
 
   bool tooDeep() const { return tooDeep_; }
+  bool numberTooBig() const { return numberTooBig_; }
 
 private:
   bool enter() {
@@ -61,6 +71,7 @@ private:
   const std::size_t maxDepth_;
   std::size_t depth_ = 0;
   bool tooDeep_ = false;
+  bool numberTooBig_ = false;
 };
 
 }  // namespace detail
@@ -75,6 +86,9 @@ DepthLimitedResult parseDepthLimited(rapidjson::Document& document, Stream& stre
     rapidjson::Reader reader;
     out.result = reader.Parse<rapidjson::kParseIterativeFlag | kFlags>(stream, limit);
     out.tooDeep = limit.tooDeep();
+    if (limit.numberTooBig()) {
+      out.result.Set(rapidjson::kParseErrorNumberTooBig, out.result.Offset());
+    }
     return !out.result.IsError();
   };
   document.Populate(generate);

@@ -2,6 +2,7 @@
 // its pages, paragraphs, words and symbols into layout nodes.
 #include "layout/format/CloudOcrReader.h"
 
+#include "base/MeanOf.h"
 #include "base/NumberConversion.h"
 #include "base/QentException.h"
 #include "base/TraceLog.h"
@@ -181,7 +182,7 @@ private:
 
     std::unique_ptr<Line> line = make<Line>();
     Bounds lineBounds;
-    double confidenceSum = 0;
+    base::MeanOf confidence;
     auto closeLine = [&] {
       if (line->childCount() == 0) return;
       if (!lineBounds.empty) {
@@ -191,11 +192,11 @@ private:
                                       extent(lineBounds.bottom - lineBounds.top, "higher")));
       }
       // Words without a confidence count in the divisor too.
-      line->setConfidence(confidenceSum / static_cast<double>(line->childCount()));
+      line->setConfidence(confidence.over(static_cast<double>(line->childCount())));
       box.appendChild(std::move(line));
       line = make<Line>();
       lineBounds = Bounds();
-      confidenceSum = 0;
+      confidence = base::MeanOf();
     };
 
     if (words != nullptr) {
@@ -205,7 +206,7 @@ private:
         std::unique_ptr<Word> word = readWord(element, endsLine);
         // A word without geometry would drag the line's rectangle to the origin.
         if (word->rect().hasGeometry()) lineBounds.add(word->rect());
-        if (word->storedConfidence() > 0) confidenceSum += word->storedConfidence();
+        if (word->storedConfidence() > 0) confidence.add(word->storedConfidence());
         line->appendChild(std::move(word));
         if (endsLine) closeLine();
       }
