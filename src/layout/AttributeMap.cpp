@@ -115,8 +115,12 @@ void AttributeMap::assign(Entries entries) {
   std::stable_sort(entries.begin(), entries.end(),
                    [](const value_type& a, const value_type& b) { return a.first < b.first; });
   // Of each run of equal keys keep the last, which a sequence of sets would have left.
-  Entries kept;
-  kept.reserve(entries.size());
+  std::size_t distinct = 0;
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    if (i + 1 == entries.size() || entries[i + 1].first != entries[i].first) ++distinct;
+  }
+  base::CompactVector<value_type> kept;
+  kept.reserve(distinct);
   for (std::size_t i = 0; i < entries.size(); ++i) {
     if (i + 1 < entries.size() && entries[i + 1].first == entries[i].first) continue;
     kept.push_back(std::move(entries[i]));

@@ -2,6 +2,8 @@
 // pairs, whose frequent keys are shared instead of stored per node.
 #pragma once
 
+#include "base/CompactVector.h"
+
 #include <compare>
 #include <cstddef>
 #include <string>
@@ -56,9 +58,11 @@ private:
 class AttributeMap {
 public:
   using value_type = std::pair<AttributeKey, std::u16string>;
+  // What assign takes; the map itself keeps its entries in a one-pointer vector, since
+  // most nodes of a large document have none.
   using Entries = std::vector<value_type>;
-  using iterator = Entries::iterator;
-  using const_iterator = Entries::const_iterator;
+  using iterator = base::CompactVector<value_type>::iterator;
+  using const_iterator = base::CompactVector<value_type>::const_iterator;
 
   iterator begin() { return entries_.begin(); }
   iterator end() { return entries_.end(); }
@@ -89,7 +93,7 @@ public:
 private:
   iterator lowerBound(std::u16string_view key);
 
-  Entries entries_;
+  base::CompactVector<value_type> entries_;
 };
 
 }  // namespace qent::text::layout

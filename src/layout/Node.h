@@ -1,6 +1,7 @@
 // Node.h - the base of every layout tree node: identifier, free attributes and owned children.
 #pragma once
 
+#include "base/CompactVector.h"
 #include "layout/AttributeMap.h"
 
 #include <cstddef>
@@ -29,7 +30,7 @@ enum class NodeClass : std::uint8_t {
 class Node {
 public:
   using Attributes = AttributeMap;
-  using Children = std::vector<std::unique_ptr<Node>>;
+  using Children = base::CompactVector<std::unique_ptr<Node>>;
 
   Node() = default;
   virtual ~Node();
