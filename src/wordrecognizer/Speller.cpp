@@ -8,6 +8,7 @@
 #include <hunspell/hunspell.hxx>
 
 #include <fstream>
+#include <mutex>
 
 namespace qent::text::wordrecognizer {
 
@@ -29,6 +30,16 @@ void checkWordFile(const fs::path& dic) {
   if (line.starts_with("\xEF\xBB\xBF")) line.erase(0, 3);
   const std::size_t digits = line.find_first_not_of("0123456789");
   if (digits == 0 || line.empty()) fail(dic, "is broken: its first line is not the word count");
+}
+
+// Hunspell keeps its Unicode case table in a process-wide global, allocated by the first
+// dictionary that loads and freed by the last that goes, with a plain counter: jobs on
+// several threads loading or dropping dictionaries at once would free it under each other.
+// Lookups only read the table, and it cannot go while a dictionary lives, so only loading
+// and freeing (Unload, also when a constructor fails) take this lock.
+std::mutex& hunspellLifetimeLock() {
+  static std::mutex lock;
+  return lock;
 }
 
 std::string toLatin1(const std::u16string& word, bool& representable) {
@@ -55,8 +66,11 @@ Speller::Speller(const fs::path& stem) {
   checkWordFile(dic);
   std::ifstream affIn(aff, std::ios::binary);
   if (!affIn) fail(aff, "cannot be read");
-  hunspell_ = std::make_unique<Hunspell>(base::platform::hunspellFilePath(aff).c_str(),
-                                         base::platform::hunspellFilePath(dic).c_str());
+  {
+    const std::lock_guard<std::mutex> guard(hunspellLifetimeLock());
+    hunspell_.reset(new Hunspell(base::platform::hunspellFilePath(aff).c_str(),
+                                 base::platform::hunspellFilePath(dic).c_str()));
+  }
   const std::string encoding = base::toLowerAscii(hunspell_->get_dict_encoding());
   if (encoding == "iso8859-1" || encoding == "iso-8859-1") {
     latin1_ = true;
@@ -66,7 +80,10 @@ Speller::Speller(const fs::path& stem) {
   }
 }
 
-Speller::~Speller() = default;
+void Speller::Unload::operator()(Hunspell* hunspell) const {
+  const std::lock_guard<std::mutex> guard(hunspellLifetimeLock());
+  delete hunspell;
+}
 
 void Speller::addWords(const std::vector<std::u16string>& words) {
   for (const std::u16string& word : words) {

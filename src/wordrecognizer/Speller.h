@@ -19,7 +19,6 @@ public:
   // Loads `stem`.aff and `stem`.dic. A .dic whose first line is not its word count, or a
   // dictionary encoding the speller cannot convert to, is a QentException naming the file.
   explicit Speller(const std::filesystem::path& stem);
-  ~Speller();
   Speller(const Speller&) = delete;
   Speller& operator=(const Speller&) = delete;
 
@@ -28,9 +27,14 @@ public:
   bool accepts(const std::u16string& word);
 
 private:
+  // Frees a dictionary under the lock that its loading took (Speller.cpp says why).
+  struct Unload {
+    void operator()(Hunspell* hunspell) const;
+  };
+
   bool lookup(const std::u16string& word);
 
-  std::unique_ptr<Hunspell> hunspell_;
+  std::unique_ptr<Hunspell, Unload> hunspell_;
   bool latin1_ = false;  // the dictionary's encoding: ISO8859-1, else UTF-8
   std::unordered_map<std::u16string, bool> verdicts_;
 };
