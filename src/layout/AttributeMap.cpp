@@ -115,16 +115,15 @@ void AttributeMap::assign(Entries entries) {
   std::stable_sort(entries.begin(), entries.end(),
                    [](const value_type& a, const value_type& b) { return a.first < b.first; });
   // Of each run of equal keys keep the last, which a sequence of sets would have left.
-  std::size_t distinct = 0;
-  for (std::size_t i = 0; i < entries.size(); ++i) {
-    if (i + 1 == entries.size() || entries[i + 1].first != entries[i].first) ++distinct;
-  }
+  // Walked backwards, unique keeps the first of each run, and the kept entries end up at
+  // the back in their order.
+  const auto first = std::unique(entries.rbegin(), entries.rend(),
+                                 [](const value_type& a, const value_type& b) {
+                                   return a.first == b.first;
+                                 }).base();
   base::CompactVector<value_type> kept;
-  kept.reserve(distinct);
-  for (std::size_t i = 0; i < entries.size(); ++i) {
-    if (i + 1 < entries.size() && entries[i + 1].first == entries[i].first) continue;
-    kept.push_back(std::move(entries[i]));
-  }
+  kept.reserve(static_cast<std::size_t>(entries.end() - first));
+  for (auto at = first; at != entries.end(); ++at) kept.push_back(std::move(*at));
   entries_ = std::move(kept);
 }
 

@@ -9,8 +9,7 @@ namespace {
 constexpr std::size_t kInitialSlots = 1024;
 }
 
-StatisticsTable::StatisticsTable()
-    : slots_(kInitialSlots), shift_(64 - std::bit_width(kInitialSlots - 1)) {}
+StatisticsTable::StatisticsTable() : slots_(kInitialSlots) {}
 
 std::size_t StatisticsTable::slotOf(const Node* node) const {
   // The address mixed by a multiplication (Fibonacci hashing), top bits taken. Slots taken
@@ -18,7 +17,9 @@ std::size_t StatisticsTable::slotOf(const Node* node) const {
   // with linear probing they also formed runs that every later node had to walk to the end
   // of: for some node sizes the comparison of a long document turned quadratic.
   const auto bits = static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(node));
-  return static_cast<std::size_t>(((bits >> 4) * 0x9E3779B97F4A7C15ull) >> shift_);
+  // The slot count is a power of two: its trailing zeros are the bits of a slot number.
+  const int shift = 64 - std::countr_zero(slots_.size());
+  return static_cast<std::size_t>(((bits >> 4) * 0x9E3779B97F4A7C15ull) >> shift);
 }
 
 const NodeStatistics* StatisticsTable::find(const Node* node) const {
@@ -53,7 +54,6 @@ NodeStatistics& StatisticsTable::obtain(Node& node) {
 void StatisticsTable::grow() {
   std::vector<Slot> old(slots_.size() * 2);
   old.swap(slots_);
-  --shift_;
   for (const Slot entry : old) {
     if (entry == 0) continue;
     std::size_t slot = slotOf(recordAt(entry - 1).self);

@@ -5,8 +5,8 @@
 // allocation and pointer chasing, so the records live in large chunks (their addresses stay
 // valid while the table grows) and an open-addressing index of record numbers, keyed by the
 // node's address, finds them with one probe in most cases. A slot is only the record number
-// (the record knows its node): four bytes, so the index of a thousand-page comparison is a few megabytes, not the
-// sixty it took with the address beside every number.
+// (the record knows its node): four bytes, so the index of a thousand-page comparison is a
+// few megabytes, not the sixty it took with the address beside every number.
 #pragma once
 
 #include "layout/comparison/NodeStatistics.h"
@@ -42,7 +42,6 @@ private:
   }
 
   std::vector<Slot> slots_;
-  int shift_;  // 64 minus the bits of a slot number
   std::vector<std::unique_ptr<NodeStatistics[]>> chunks_;
   std::size_t size_ = 0;
 };
