@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 
 namespace qent::base {
 
@@ -18,8 +19,12 @@ class MeanOf {
     sum_ += value;
     scaledSum_ += value * kScale;
     largest_ = std::max(largest_, value);
+    ++count_;
   }
 
+  std::size_t count() const { return count_; }
+  // The mean of the values added; call only after adding one.
+  double mean() const { return over(static_cast<double>(count_)); }
   // The mean over `divisor` values; callers may count values they did not add (as zero).
   double over(double divisor) const {
     if (std::isfinite(sum_)) return sum_ / divisor;
@@ -32,6 +37,7 @@ class MeanOf {
   double sum_ = 0;
   double scaledSum_ = 0;
   double largest_ = 0;
+  std::size_t count_ = 0;
 };
 
 }  // namespace qent::base

@@ -103,7 +103,6 @@ MergedWord voteCluster(const std::vector<Candidate>& candidates, std::vector<std
   std::vector<std::int64_t> lefts, tops, rights, bottoms;
   std::vector<Ballot> ballots;
   base::MeanOf confidence;
-  std::size_t confidences = 0;
   for (const std::uint32_t member : word.members) {
     const Candidate& c = candidates[member];
     lefts.push_back(c.rect.left);
@@ -111,16 +110,13 @@ MergedWord voteCluster(const std::vector<Candidate>& candidates, std::vector<std
     rights.push_back(c.rect.right);
     bottoms.push_back(c.rect.bottom);
     ballots.push_back({c.text, c.confidence, c.input});
-    if (c.confidence >= 0) {
-      confidence.add(c.confidence);
-      ++confidences;
-    }
+    if (c.confidence >= 0) confidence.add(c.confidence);
   }
   word.rect = {median(lefts), median(tops), median(rights), median(bottoms)};
   word.kept = word.members.size() >= required;
   word.text = voteText(ballots);
   const double share = static_cast<double>(word.members.size()) / static_cast<double>(inputs);
-  word.confidence = confidences == 0 ? share : share * confidence.over(static_cast<double>(confidences));
+  word.confidence = confidence.count() == 0 ? share : share * confidence.mean();
   return word;
 }
 

@@ -107,14 +107,12 @@ std::u16string readingText(const std::vector<PlacedWord>& words) {
 // Mean of the confidences the words state; -1 (the library's "unset") when none does.
 double meanConfidence(const std::vector<PlacedWord>& words) {
   base::MeanOf mean;
-  std::size_t count = 0;
   for (const PlacedWord& placed : words) {
     const double confidence = placed.word->confidence();
     if (confidence < 0) continue;
     mean.add(confidence);
-    ++count;
   }
-  return count == 0 ? -1.0 : mean.over(static_cast<double>(count));
+  return mean.count() == 0 ? -1.0 : mean.mean();
 }
 
 }  // namespace

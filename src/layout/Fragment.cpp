@@ -5,7 +5,6 @@
 #include "layout/IteratorTemplate.h"
 #include "layout/NodeVisitor.h"
 
-#include <cstdint>
 
 namespace qent::text::layout {
 
@@ -29,16 +28,12 @@ void Fragment::accept(NodeVisitor& visitor) { visitor.visit(*this); }
 double Fragment::confidence() const {
   if (confidence_ >= 0 || isA<Glyph>(*this)) return confidence_;
   base::MeanOf mean;
-  std::int32_t count = 0;
   // The iterator walks mutable nodes; nothing is changed through it.
   for (IteratorTemplate<Glyph> it(const_cast<Fragment*>(this)); !it.atEnd(); ++it) {
     const double value = it->confidence();
-    if (value >= 0) {
-      mean.add(value);
-      ++count;
-    }
+    if (value >= 0) mean.add(value);
   }
-  if (count > 0) confidence_ = mean.over(count);
+  if (mean.count() > 0) confidence_ = mean.mean();
   return confidence_;
 }
 
