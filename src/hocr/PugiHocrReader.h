@@ -1,23 +1,16 @@
-// PugiHocrReader.h - builds a layout tree from an hOCR document with the pugixml DOM.
+// PugiHocrReader.h - builds a layout tree from an hOCR document.
 #pragma once
 
-#include "hocr/HocrProperties.h"
-#include "hocr/MarkupTree.h"
+#include "base/FileIo.h"
 
-#include <cstddef>
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace qent::text::layout {
 class Layout;
-class Node;
-class Fragment;
-class Image;
-}  // namespace qent::text::layout
+}
 
 namespace qent::text::hocr {
 
@@ -46,59 +39,23 @@ namespace qent::text::hocr {
 //   - no element id becomes a node's text, so the text of a box is only its own;
 //   - "<html" is found in any case, and a document that is not XML is parsed as HTML
 //     (GumboMarkup) and read by the same rules.
-// A reader object is meant for one read; read() may be called again and starts afresh.
+//
+// The XML is read as a stream of events (XmlEventReader, pugixml's parsing rules without its
+// tree), so the document is never held twice; HocrTreeBuilder turns the events into nodes.
 class PugiHocrReader {
 public:
   enum class Dialect : std::uint8_t { Strict, Tolerant };
 
-  explicit PugiHocrReader(Dialect dialect = Dialect::Strict);
-  ~PugiHocrReader();
-  PugiHocrReader(const PugiHocrReader&) = delete;
-  PugiHocrReader& operator=(const PugiHocrReader&) = delete;
+  explicit PugiHocrReader(Dialect dialect = Dialect::Strict) : dialect_(dialect) {}
 
   std::unique_ptr<layout::Layout> read(std::string_view utf8);
-  // The same, parsing inside `utf8` itself, which is left changed: for a caller that reads
-  // a file only to parse it, this spares pugixml's copy of the whole text.
-  std::unique_ptr<layout::Layout> readInPlace(std::string& utf8);
+  // The same for a document given as its beginning and the source of the rest, read piece
+  // by piece: a large file is never held whole beside its layout (the tolerant dialect
+  // keeps what it reads, for the HTML parse it may need).
+  std::unique_ptr<layout::Layout> readStream(std::string head, base::ByteSource& rest);
 
 private:
-  using Element = MarkupTree::Element;
-  enum class Kind : std::uint8_t { Page, Line, Word, Glyph, Box, Container };
-  // An element whose node is built: what was read before its children, and where the
-  // walk over its children stands.
-  struct Open;
-
-  // The tree below `element`, walked with an explicit stack: a document nested as deep as
-  // the limit allows costs heap, not the caller's stack.
-  std::unique_ptr<layout::Layout> readDocument(const MarkupTree& tree);
-  std::unique_ptr<layout::Node> readTree(Element element);
-  // Reads what comes before the element's children: the checks, the node of its class, its
-  // attributes.
-  Open openElement(Element element, std::size_t depth);
-  // Reads what comes after the element's children.
-  void finishElement(Open& open);
-  void finishFragment(layout::Fragment& fragment, Element element, PropertyMap& properties);
-  // `keepClass`: store the class attribute even when it names an hOCR class.
-  void readAttributes(layout::Node& node, Element element, const PropertyMap& properties,
-                      bool keepClass);
-  // What the dispatch goes by: the class (its first hOCR token in the tolerant dialect), or
-  // the element's name when it has no class attribute.
-  std::string_view dispatchKey(Element element) const;
-
-  // "element <div> at offset 212", for messages.
-  std::string where(Element element) const;
-  // UTF-8 from the document as wide text; invalid UTF-8 fails naming the element.
-  std::u16string wide(std::string_view text, Element element) const;
-
-  // One property map per nesting level, reused from element to element.
-  PropertyMap& propertiesAt(std::size_t depth);
-
   const Dialect dialect_;
-  const MarkupTree* tree_ = nullptr;  // the document of the read in progress
-  std::vector<MarkupAttribute> attributes_;  // of the element being opened
-  std::int32_t pageCounter_ = 0;
-  std::map<std::u16string, layout::Image*> images_;
-  std::vector<std::unique_ptr<PropertyMap>> propertyMaps_;
 };
 
 }  // namespace qent::text::hocr

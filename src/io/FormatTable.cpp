@@ -89,10 +89,21 @@ LayoutPointer readJsonStream(std::string head, base::ByteSource& rest, const Rea
 LayoutPointer readCloudOcr(std::string& utf8, const ReadOptions&) {
   return format::CloudOcrReader().read(utf8);
 }
-LayoutPointer readHocr(std::string& utf8, const ReadOptions& options) {
+text::hocr::PugiHocrReader hocrReader(const ReadOptions& options) {
   using Reader = text::hocr::PugiHocrReader;
-  return Reader(options.tolerantHocr ? Reader::Dialect::Tolerant : Reader::Dialect::Strict)
-      .readInPlace(utf8);
+  return Reader(options.tolerantHocr ? Reader::Dialect::Tolerant : Reader::Dialect::Strict);
+}
+LayoutPointer readHocr(std::string& utf8, const ReadOptions& options) {
+  return hocrReader(options).read(utf8);
+}
+// Streamed once the beginning holds the whole name of the root element: then it is neither
+// ALTO nor PAGE, whatever follows.
+bool hocrHeadDecides(std::string_view head) {
+  const std::string_view root = format::xml::rootElementName(head);
+  return !root.empty() && root.data() + root.size() < head.data() + head.size();
+}
+LayoutPointer readHocrStream(std::string head, base::ByteSource& rest, const ReadOptions& options) {
+  return hocrReader(options).readStream(std::move(head), rest);
 }
 LayoutPointer readAlto(std::string& utf8, const ReadOptions&) {
   return format::AltoReader().readInPlace(utf8);
@@ -137,8 +148,8 @@ constexpr Format kFormats[] = {
      nullptr},
     {layout::kFormatPageXml, "page", "PAGE", "page.xml", isPageXml, readPageXml, writePageXml,
      true, nullptr, nullptr},
-    {layout::kFormatHocr, "hocr", "hOCR", "hocr", isMarkup, readHocr, writeHocr, false, nullptr,
-     nullptr},
+    {layout::kFormatHocr, "hocr", "hOCR", "hocr", isMarkup, readHocr, writeHocr, false,
+     hocrHeadDecides, readHocrStream},
     {layout::kFormatCloudOcr, "", "cloud-OCR JSON", "json", isCloudOcr, readCloudOcr, nullptr,
      false, nullptr, nullptr},
     {layout::kFormatJsonLayout, "json", "JSON layout", "json", isJsonLayout, readJson, writeJson,
