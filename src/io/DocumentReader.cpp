@@ -51,7 +51,8 @@ std::unique_ptr<Document> readDocument(std::string bytes, const std::string& nam
 
 std::unique_ptr<Document> readDocumentFile(const std::filesystem::path& file,
                                            const std::string& name, const ReadOptions& options) {
-  // Enough to decide the format of any layout whose first top-level key is "root".
+  // Enough to decide the format of any layout whose first top-level key is "root", and of
+  // any markup whose root element starts early.
   constexpr std::size_t kHead = 1 << 16;
   base::FileReader reader(file);
   std::string head;

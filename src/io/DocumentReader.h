@@ -27,7 +27,7 @@ std::unique_ptr<text::layout::format::Document> readDocument(
     const ReadOptions& options = {});
 
 // The same for a file. A large file in a format whose reader takes it piece by piece (a JSON
-// layout) is never held whole, so loading it costs little more than its tree.
+// layout, hOCR) is never held whole, so loading it costs little more than its tree.
 std::unique_ptr<text::layout::format::Document> readDocumentFile(
     const std::filesystem::path& file, const std::string& name, const ReadOptions& options = {});
 

@@ -30,8 +30,8 @@ struct Format {
   // True when the text (UTF-8, leading white space skipped) is of this format; tried in
   // table order, so a format whose test is a special case of another's comes first.
   bool (*sniff)(std::string_view text);
-  // Reads the text (UTF-8), which it may change: the JSON layout and hOCR readers parse it
-  // in place, so a file is held once while its layout is built.
+  // Reads the text (UTF-8), which it may change: the JSON layout, ALTO and PAGE readers
+  // parse it in place, so a file is held once while its layout is built.
   std::unique_ptr<text::layout::Layout> (*read)(std::string& utf8, const ReadOptions& options);
   void (*write)(const text::layout::Layout& layout, base::Sink& sink, const WriteOptions& options);
   // Written only when the caller opts in (XmlLayoutFormats): without it the output formats

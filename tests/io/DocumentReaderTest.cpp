@@ -93,7 +93,22 @@ TEST(DocumentReaderTest, LargeFilesReadPieceByPieceAsTheWholeText) {
   words.pop_back();
   const std::string layout = R"({"root":{"type":"page","children":[)" + words + "]}}";
   const std::string late = R"({"meta":")" + std::string(70000, 'm') + R"(","root":{"type":"node"}})";
+  std::string hocr = "<html><body><div class='ocr_page' title='bbox 0 0 9 9'>";
+  for (int i = 0; i < 3000; ++i) {
+    hocr += "<span class='ocrx_word' title='bbox 1 2 3 4; x_wconf " + std::to_string(i % 100) +
+            "'>w&amp;\xC3\x9F" + std::string(i % 4, 'x') + "</span>\r\n";
+  }
+  hocr += "</div></body></html>";
+  const std::string html = "<html><body><p class=ocr_par title='bbox 0 0 1 1'>" +
+                           std::string(70000, 'h') + "&</body></html>";
   const std::string cases[] = {
+      hocr,
+      "\xEF\xBB\xBF  " + hocr,
+      hocr.substr(0, 90000) + "<" + hocr.substr(90000),
+      hocr.substr(0, 80000) + "\xFF" + hocr.substr(80000),
+      hocr.substr(0, hocr.size() - 3),
+      "<x>" + std::string(70000, ' ') + "</x>",
+      html,
       layout,
       "\xEF\xBB\xBF  " + layout + "\n\t ",
       late,
@@ -112,11 +127,17 @@ TEST(DocumentReaderTest, LargeFilesReadPieceByPieceAsTheWholeText) {
     }
   };
   for (const std::string& text : cases) {
-    const auto file = dir.write("large.json", text);
-    const std::string whole = outcome([&] { return qent::io::readDocument(text, "large", {}); });
-    const std::string pieces = outcome([&] { return qent::io::readDocumentFile(file, "large"); });
-    EXPECT_TRUE(pieces == whole) << pieces.substr(0, 60) << " instead of " << whole.substr(0, 60)
-                                 << " for the text ending " << text.substr(text.size() - 20);
+    const auto file = dir.write("large", text);
+    for (const bool tolerant : {false, true}) {
+      qent::io::ReadOptions options;
+      options.tolerantHocr = tolerant;
+      const std::string whole =
+          outcome([&] { return qent::io::readDocument(text, "large", {}, options); });
+      const std::string pieces =
+          outcome([&] { return qent::io::readDocumentFile(file, "large", options); });
+      EXPECT_TRUE(pieces == whole) << pieces.substr(0, 60) << " instead of " << whole.substr(0, 60)
+                                   << " for the text ending " << text.substr(text.size() - 20);
+    }
   }
 }
 
