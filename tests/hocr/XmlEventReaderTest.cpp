@@ -30,7 +30,7 @@ TEST(XmlEventReaderTest, AgreesWithPugixmlWholeAndInPieces) {
       "<é ñ='ü'>ä</é>", "<a:b.c-d_e f:g='h'/>", "<1a/>", "<a></b>", "</a>", "<a><b></a></b>",
       "<a></a><b/>", "text<a/>more", "", " \n ", "<a>x", "<a", "<", "<a>x</a", "<a b='x",
       // text
-      "<a>&amp;&lt;&gt;&quot;&apos;&#65;&#x42;&#X43;&#x6a;&#x;&#;&ampx &foo; &#12a &a &</a>",
+      "<a>&amp;&lt;&gt;&quot;&apos;&#65;&#x42;&#X43;&#x6a;&#x4A;&#x;&#;&ampx &foo; &#12a &a &</a>",
       "<a>&#0;rest</a>", "<a b='x&#0;y'/>", "<a>&#xD800;&#x110000;&#4294967361;&#x7FFFFFFF;</a>",
       "<a b='t\tn\nr\r\nq\rz'/>", "<a>l1\r\nl2\rl3\n</a>", "<a>\n  </a>", "<a> x <b/> </a>",
       "<a>x<b/>y<!--c-->z<?p?>w</a>", "<a>]]> > y</a>", "<a>&#32;<b/>t</a>",
