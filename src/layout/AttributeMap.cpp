@@ -1,9 +1,11 @@
-// AttributeMap.cpp - the table of shared attribute keys and the sorted-vector operations.
+// AttributeMap.cpp - the table of shared attribute keys and the one-block encoding.
 #include "layout/AttributeMap.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <functional>
+#include <stdexcept>
 
 namespace qent::text::layout {
 
@@ -66,65 +68,193 @@ bool AttributeKey::owned() const {
   return before(data_, kSharedKeys) || !before(data_, kSharedKeys + std::size(kSharedKeys));
 }
 
-AttributeMap::iterator AttributeMap::lowerBound(std::u16string_view key) {
-  return std::lower_bound(entries_.begin(), entries_.end(), key,
-                          [](const value_type& e, std::u16string_view k) { return e.first.view() < k; });
+namespace {
+
+// The block: its length in units and its entry count (each two units), then the entries.
+constexpr std::size_t kHeader = 4;
+constexpr char16_t kOwnedKey = 0x8000;   // a key unit at or above: the key's text follows
+constexpr char16_t kLongKey = 0x7FFF;    // owned key length that says: the length follows
+constexpr char16_t kLongValue = 0xFFFF;  // value length that says: the length follows
+
+std::uint32_t read32(const char16_t* at) {
+  return static_cast<std::uint32_t>(at[0]) | static_cast<std::uint32_t>(at[1]) << 16;
+}
+void write32(char16_t* at, std::size_t value) {
+  at[0] = static_cast<char16_t>(value & 0xFFFF);
+  at[1] = static_cast<char16_t>(value >> 16);
 }
 
-AttributeMap::iterator AttributeMap::find(std::u16string_view key) {
-  const iterator at = lowerBound(key);
-  return at != entries_.end() && at->first == key ? at : entries_.end();
+// The key's place in the shared table, or -1.
+int sharedIndex(std::u16string_view key) {
+  const auto& keys = sharedKeys().keys;
+  const auto found = std::lower_bound(keys.begin(), keys.end(), key);
+  return found != keys.end() && *found == key ? static_cast<int>(found - keys.begin()) : -1;
 }
+
+std::size_t lengthUnits(std::size_t length, char16_t escape) { return length >= escape ? 3 : 1; }
+
+char16_t* writeLength(char16_t* out, std::size_t length, char16_t escape, char16_t flag) {
+  if (length < escape) {
+    *out = static_cast<char16_t>(flag | length);
+    return out + 1;
+  }
+  out[0] = static_cast<char16_t>(flag | escape);
+  write32(out + 1, length);
+  return out + 3;
+}
+
+char16_t* writeText(char16_t* out, std::u16string_view text) {
+  std::copy(text.begin(), text.end(), out);
+  return out + text.size();
+}
+
+}  // namespace
+
+void AttributeMap::const_iterator::load() {
+  if (at_ == end_) return;
+  const char16_t* at = at_;
+  const char16_t unit = *at++;
+  if (unit < kOwnedKey) {
+    entry_.first = sharedKeys().keys[unit];
+  } else {
+    std::size_t length = unit & kLongKey;
+    if (length == kLongKey) {
+      length = read32(at);
+      at += 2;
+    }
+    entry_.first = std::u16string_view(at, length);
+    at += length;
+  }
+  std::size_t length = *at++;
+  if (length == kLongValue) {
+    length = read32(at);
+    at += 2;
+  }
+  entry_.second = std::u16string_view(at, length);
+  next_ = at + length;
+}
+
+AttributeMap::AttributeMap(const AttributeMap& other) {
+  if (other.block_ == nullptr) return;
+  const std::size_t units = read32(other.block_.get());
+  block_ = std::make_unique_for_overwrite<char16_t[]>(units);
+  std::copy(other.block_.get(), other.block_.get() + units, block_.get());
+}
+
+AttributeMap& AttributeMap::operator=(const AttributeMap& other) {
+  if (this != &other) *this = AttributeMap(other);
+  return *this;
+}
+
+AttributeMap::const_iterator AttributeMap::begin() const {
+  if (block_ == nullptr) return {};
+  return {block_.get() + kHeader, block_.get() + read32(block_.get())};
+}
+
+AttributeMap::const_iterator AttributeMap::end() const {
+  if (block_ == nullptr) return {};
+  const char16_t* end = block_.get() + read32(block_.get());
+  return {end, end};
+}
+
+std::size_t AttributeMap::size() const { return block_ != nullptr ? read32(block_.get() + 2) : 0; }
 
 AttributeMap::const_iterator AttributeMap::find(std::u16string_view key) const {
-  return const_cast<AttributeMap*>(this)->find(key);
+  for (const_iterator it = begin(), stop = end(); it != stop; ++it) {
+    if (it->first == key) return it;
+    if (key < it->first) break;
+  }
+  return end();
 }
 
-std::u16string& AttributeMap::operator[](std::u16string_view key) {
-  iterator at = lowerBound(key);
-  if (at == entries_.end() || at->first != key) {
-    at = entries_.emplace(at, AttributeKey(key), std::u16string());
-  }
-  return at->second;
+std::u16string_view AttributeMap::value(std::u16string_view key) const {
+  const const_iterator found = find(key);
+  return found != end() ? found->second : std::u16string_view();
 }
 
-std::pair<AttributeMap::iterator, bool> AttributeMap::insert_or_assign(std::u16string_view key,
-                                                                       std::u16string value) {
-  iterator at = lowerBound(key);
-  if (at != entries_.end() && at->first == key) {
-    at->second = std::move(value);
-    return {at, false};
-  }
-  return {entries_.emplace(at, AttributeKey(key), std::move(value)), true};
+std::optional<std::u16string_view> AttributeMap::get(std::u16string_view key) const {
+  const const_iterator found = find(key);
+  if (found == end()) return std::nullopt;
+  return found->second;
 }
 
-AttributeMap::iterator AttributeMap::insert_or_assign(const_iterator hint, std::u16string_view key,
-                                                      std::u16string value) {
-  const bool fits = (hint == entries_.begin() || std::prev(hint)->first.view() < key) &&
-                    (hint == entries_.end() || key <= hint->first.view());
-  if (!fits) return insert_or_assign(key, std::move(value)).first;
-  const iterator at = entries_.begin() + (hint - entries_.cbegin());
-  if (at != entries_.end() && at->first == key) {
-    at->second = std::move(value);
-    return at;
+void AttributeMap::update(std::initializer_list<Change> changes) {
+  std::vector<Change> sorted(changes);
+  std::stable_sort(sorted.begin(), sorted.end(),
+                   [](const Change& a, const Change& b) { return a.first < b.first; });
+  std::vector<Entry> merged;
+  merged.reserve(size() + sorted.size());
+  const_iterator it = begin();
+  const const_iterator stop = end();
+  for (std::size_t i = 0; i < sorted.size(); ++i) {
+    // Of equal keys the last counts.
+    if (i + 1 < sorted.size() && sorted[i + 1].first == sorted[i].first) continue;
+    const std::u16string_view key = sorted[i].first;
+    for (; it != stop && it->first < key; ++it) merged.push_back(*it);
+    if (it != stop && it->first == key) ++it;
+    merged.push_back({key, sorted[i].second});
   }
-  return entries_.emplace(at, AttributeKey(key), std::move(value));
+  for (; it != stop; ++it) merged.push_back(*it);
+  build(merged);
+}
+
+void AttributeMap::erase(std::u16string_view key) {
+  std::vector<Entry> kept;
+  for (const Entry& entry : *this) {
+    if (entry.first != key) kept.push_back(entry);
+  }
+  if (kept.size() != size()) build(kept);
 }
 
 void AttributeMap::assign(Entries entries) {
   std::stable_sort(entries.begin(), entries.end(),
-                   [](const value_type& a, const value_type& b) { return a.first < b.first; });
-  // Of each run of equal keys keep the last, which a sequence of sets would have left.
-  // Walked backwards, unique keeps the first of each run, and the kept entries end up at
-  // the back in their order.
-  const auto first = std::unique(entries.rbegin(), entries.rend(),
-                                 [](const value_type& a, const value_type& b) {
-                                   return a.first == b.first;
-                                 }).base();
-  base::CompactVector<value_type> kept;
-  kept.reserve(static_cast<std::size_t>(entries.end() - first));
-  for (auto at = first; at != entries.end(); ++at) kept.push_back(std::move(*at));
-  entries_ = std::move(kept);
+                   [](const auto& a, const auto& b) { return a.first < b.first; });
+  std::vector<Entry> kept;
+  kept.reserve(entries.size());
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    // Of each run of equal keys the last, which a sequence of sets would have left.
+    if (i + 1 < entries.size() && entries[i + 1].first == entries[i].first) continue;
+    kept.push_back({entries[i].first.view(), entries[i].second});
+  }
+  build(kept);
+}
+
+void AttributeMap::build(const std::vector<Entry>& entries) {
+  if (entries.empty()) {
+    block_.reset();
+    return;
+  }
+  std::vector<int> shared(entries.size());
+  std::size_t units = kHeader;
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    const auto& [key, value] = entries[i];
+    shared[i] = sharedIndex(key);
+    units += shared[i] >= 0 ? 1 : lengthUnits(key.size(), kLongKey) + key.size();
+    units += lengthUnits(value.size(), kLongValue) + value.size();
+  }
+  if (units > UINT32_MAX) throw std::length_error("the attributes of a node exceed 4 GB");
+  // The entries may view the block being replaced: it goes only once the new one is full.
+  auto block = std::make_unique_for_overwrite<char16_t[]>(units);
+  write32(block.get(), units);
+  write32(block.get() + 2, entries.size());
+  char16_t* out = block.get() + kHeader;
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    const auto& [key, value] = entries[i];
+    if (shared[i] >= 0) {
+      *out++ = static_cast<char16_t>(shared[i]);
+    } else {
+      out = writeText(writeLength(out, key.size(), kLongKey, kOwnedKey), key);
+    }
+    out = writeText(writeLength(out, value.size(), kLongValue, 0), value);
+  }
+  block_ = std::move(block);
+}
+
+bool operator==(const AttributeMap& a, const AttributeMap& b) {
+  if (a.block_ == nullptr || b.block_ == nullptr) return a.block_ == b.block_;
+  const std::size_t units = read32(a.block_.get());
+  return units == read32(b.block_.get()) &&
+         std::equal(a.block_.get(), a.block_.get() + units, b.block_.get());
 }
 
 }  // namespace qent::text::layout

@@ -59,6 +59,9 @@ struct FragmentDetails {
   std::uint32_t fontWeight = FontWeight::kUnset;
   bool hasColor = false;
   bool hasBackgroundColor = false;
+  // A word's marks from a word check (Word's fields, kept here since few words have them).
+  std::uint64_t xChecked = 0;
+  std::uint64_t xRejected = 0;
 };
 
 // Unset values are in-band: confidence and font size negative, x_sensibility 0 or less,
@@ -142,9 +145,7 @@ protected:
   friend class ShallowCopier;
   friend class FaithfulCopier;
 
-private:
   const FragmentDetails& details() const { return details_ ? *details_ : kNoDetails; }
-  FragmentDetails& detailsForChange();
   // Sets one field; setting a field to its unset value allocates nothing.
   // Doubles are compared bit for bit, so that -0 is kept as -0.
   template <class T>
@@ -152,6 +153,9 @@ private:
     if (details_ == nullptr && std::memcmp(&value, &(kNoDetails.*field), sizeof(T)) == 0) return;
     detailsForChange().*field = value;
   }
+
+private:
+  FragmentDetails& detailsForChange();
 
   static const FragmentDetails kNoDetails;
 

@@ -47,8 +47,8 @@ public:
   // Free attributes, sorted by key; numbers read from files are kept as their text.
   const Attributes& attributes() const { return attributes_; }
   Attributes& attributes() { return attributes_; }
-  void setAttribute(std::u16string_view key, std::u16string value) {
-    attributes_.insert_or_assign(key, std::move(value));
+  void setAttribute(std::u16string_view key, std::u16string_view value) {
+    attributes_.insert_or_assign(key, value);
   }
 
   // A second map that no operation of the library fills; it is carried along by copies

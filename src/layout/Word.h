@@ -15,19 +15,15 @@ public:
   ~Word() override;
   void accept(NodeVisitor& visitor) override;
 
-  virtual std::uint64_t xChecked() const { return xChecked_; }
-  virtual void setXChecked(std::uint64_t value) { xChecked_ = value; }
-  virtual std::uint64_t xRejected() const { return xRejected_; }
-  virtual void setXRejected(std::uint64_t value) { xRejected_ = value; }
+  virtual std::uint64_t xChecked() const { return details().xChecked; }
+  virtual void setXChecked(std::uint64_t value) { change(&FragmentDetails::xChecked, value); }
+  virtual std::uint64_t xRejected() const { return details().xRejected; }
+  virtual void setXRejected(std::uint64_t value) { change(&FragmentDetails::xRejected, value); }
 
 protected:
   Word(const Word&) = default;
   friend class ShallowCopier;
   friend class FaithfulCopier;
-
-private:
-  std::uint64_t xChecked_ = 0;
-  std::uint64_t xRejected_ = 0;
 };
 
 }  // namespace qent::text::layout

@@ -20,16 +20,18 @@ using Reference = std::map<std::u16string, std::u16string>;
 
 void expectSame(const AttributeMap& map, const Reference& reference) {
   std::vector<std::pair<std::u16string, std::u16string>> got;
-  for (const auto& [key, value] : map) got.emplace_back(key.str(), value);
+  for (const auto& [key, value] : map) got.emplace_back(key, value);
   const std::vector<std::pair<std::u16string, std::u16string>> want(reference.begin(),
                                                                      reference.end());
   ASSERT_EQ(got, want);
 }
 
-// Shared keys, keys that only resemble them, keys beyond U+D7FF and the empty key, so that
-// order, look-up and copies of both kinds of key are exercised.
-const std::u16string kKeys[] = {u"bbox", u"bbo", u"bboxx", u"comp_count", u"x_wconf", u"",
-                                u"z", u"\uFF01", u"\U00010000", u"an unusually long key"};
+// Shared keys, keys that only resemble them, keys beyond U+D7FF, the empty key and keys too
+// long for a one-unit length, so that order, look-up and copies of every kind of key are
+// exercised.
+const std::u16string kKeys[] = {u"bbox", u"bbo", u"bboxx", u"comp_count", u"x_wconf", u"", u"z",
+                                u"\uFF01", u"\U00010000", u"an unusually long key",
+                                std::u16string(0x7FFF, u'k'), std::u16string(0x8000, u'k')};
 
 TEST(AttributeMapTest, BehavesLikeAnOrderedMap) {
   std::mt19937 random(17);
@@ -40,21 +42,28 @@ TEST(AttributeMapTest, BehavesLikeAnOrderedMap) {
     for (int step = 0; step < 30; ++step) {
       const std::u16string k = key();
       const std::u16string v = std::u16string(1, static_cast<char16_t>(u'a' + step % 26));
-      switch (random() % 5) {
+      switch (random() % 6) {
         case 0:
           map.insert_or_assign(k, v);
           reference.insert_or_assign(k, v);
           break;
-        case 1: {  // a hint that may or may not be where the key belongs
-          const auto hint = map.begin() + static_cast<long>(random() % (map.size() + 1));
-          EXPECT_EQ(map.insert_or_assign(hint, k, v)->first, k);
-          reference.insert_or_assign(k, v);
+        case 1: {  // several at once, one of them a value of the map itself
+          const std::u16string k2 = key();
+          const std::u16string vv(2, v[0]);
+          map.update({{k, v}, {k2, map.value(k)}, {u"z", vv}});
+          const std::u16string old = reference.count(k) != 0 ? reference[k] : u"";
+          reference[k] = v;  // in turn: the last of equal keys wins
+          reference[k2] = old;
+          reference[u"z"] = vv;
           break;
         }
-        case 2:
-          map[k] += v;
-          reference[k] += v;
+        case 2: {  // a value appended to, long enough at times for a three-unit length
+          std::u16string grown(map.value(k));
+          grown.append(random() % 8 == 0 ? std::u16string(0xFFFF, u'v') : v);
+          map.insert_or_assign(k, grown);
+          reference[k] = grown;
           break;
+        }
         case 3: {  // a batch in any order, duplicates included: the last of a key wins
           AttributeMap::Entries batch;
           Reference replaced;
@@ -69,10 +78,15 @@ TEST(AttributeMapTest, BehavesLikeAnOrderedMap) {
           reference = replaced;
           break;
         }
+        case 4:
+          map.erase(k);
+          reference.erase(k);
+          break;
         default: {
-          const AttributeMap copy = map;  // copies own their keys or share them alike
+          const AttributeMap copy = map;
           map = AttributeMap();
           map = copy;
+          EXPECT_EQ(map, copy);
           EXPECT_EQ(map.count(k), reference.count(k));
           const auto found = map.find(k);
           if (found != map.end()) {

@@ -233,9 +233,9 @@ void dumpNode(const Node& node, std::string& out) {
   for (const PlainField& f : kClassFields) {
     if (auto t = f.get(node)) fields.push_back(f.name + ("=" + *t));
   }
-  for (const auto& [key, val] : node.attributes()) fields.push_back(attribute('@', key.view(), val));
+  for (const auto& [key, val] : node.attributes()) fields.push_back(attribute('@', key, val));
   for (const auto& [key, val] : node.auxiliaryAttributes()) {
-    fields.push_back(attribute('&', key.view(), val));
+    fields.push_back(attribute('&', key, val));
   }
   out += rect;
   if (text != nullptr && !text->empty()) out += quoted(base::utf16ToUtf8Lenient(*text));

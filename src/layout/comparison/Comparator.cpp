@@ -195,8 +195,7 @@ void Comparator::aggregate(Node* root) {
 
 void Comparator::writeAttributes(Node& node, bool withF1) const {
   static const NodeStatistics kNone;
-  // The keys are built once. They sort in this order, so each insertion goes right after
-  // the previous one.
+  // The keys are built once.
   static const std::u16string kCount = u"comp_count";
   static const std::u16string kErrors = u"comp_errors";
   static const std::u16string kExtId = u"comp_extId";
@@ -204,15 +203,15 @@ void Comparator::writeAttributes(Node& node, bool withF1) const {
   static const std::u16string kNoPartner = u"none";
   const NodeStatistics* found = statistics(&node);
   const NodeStatistics& stats = found != nullptr ? *found : kNone;
-  Node::Attributes& attributes = node.attributes();
-  // Room for all of them at once, instead of growing the vector twice on a bare word.
-  attributes.reserve(attributes.size() + (withF1 ? 4 : 3));
-  auto at = attributes.insert_or_assign(kCount, decimal(stats.count)).first;
-  at = attributes.insert_or_assign(std::next(at), kErrors, decimal(stats.errors));
-  at = attributes.insert_or_assign(std::next(at), kExtId,
-                                   stats.partner != nullptr ? stats.partner->id() : kNoPartner);
+  const std::u16string count = decimal(stats.count);
+  const std::u16string errors = decimal(stats.errors);
+  const std::u16string_view partner = stats.partner != nullptr ? stats.partner->id() : kNoPartner;
+  // All at once: each change of a node's attributes writes them anew.
   if (withF1) {
-    attributes.insert_or_assign(std::next(at), kF1, ascii(base::formatFixed6(stats.f1Measure)));
+    const std::u16string f1 = ascii(base::formatFixed6(stats.f1Measure));
+    node.attributes().update({{kCount, count}, {kErrors, errors}, {kExtId, partner}, {kF1, f1}});
+  } else {
+    node.attributes().update({{kCount, count}, {kErrors, errors}, {kExtId, partner}});
   }
 }
 

@@ -265,13 +265,13 @@ void JSONWriter::visit(Content& node) {
 void JSONWriter::writeAttributes(const Members& m) {
   struct Entry {
     std::string key;
-    const std::u16string* value;
+    std::u16string_view value;  // the map's, valid while it does not change
     const Extra* extra;
   };
   std::vector<Entry> entries;
   entries.reserve(m.node->attributes().size() + m.extraCount);
   for (const auto& [name, value] : m.node->attributes()) {
-    entries.push_back(Entry{utf8Of(name, K::kAttributes), &value, nullptr});
+    entries.push_back(Entry{utf8Of(name, K::kAttributes), value, nullptr});
   }
   // The map is sorted by UTF-16 code units, the document by UTF-8 bytes: the two orders
   // differ only beyond U+D7FF, so this sort rarely moves anything.
@@ -283,10 +283,9 @@ void JSONWriter::writeAttributes(const Members& m) {
     auto at = std::lower_bound(entries.begin(), entries.end(), extra.key,
                                [](const Entry& e, std::string_view k) { return e.key < k; });
     if (at != entries.end() && at->key == extra.key) {
-      at->value = nullptr;
       at->extra = &extra;
     } else {
-      entries.insert(at, Entry{std::string(extra.key), nullptr, &extra});
+      entries.insert(at, Entry{std::string(extra.key), {}, &extra});
     }
   }
   Output& out = *out_;
@@ -294,7 +293,7 @@ void JSONWriter::writeAttributes(const Members& m) {
   for (const Entry& entry : entries) {
     out.Key(entry.key.data(), static_cast<rapidjson::SizeType>(entry.key.size()));
     if (entry.extra == nullptr) {
-      string(out, utf8Of(*entry.value, entry.key));
+      string(out, utf8Of(entry.value, entry.key));
     } else if (entry.extra->isNumber) {
       out.Double(entry.extra->number);
     } else {

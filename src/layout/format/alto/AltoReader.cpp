@@ -270,9 +270,10 @@ private:
         }
       }
     } else if (key == "ALTERNATIVE" && parent.nodeClass() == NodeClass::Word) {
-      std::u16string& alternatives = parent.attributes()[u"ALTERNATIVE"];
+      std::u16string alternatives(parent.attributes().value(u"ALTERNATIVE"));
       if (!alternatives.empty()) alternatives += u'\t';
       alternatives += in_.wide(element.child_value(), element);
+      parent.setAttribute(u"ALTERNATIVE", alternatives);
     }
     return nullptr;
   }

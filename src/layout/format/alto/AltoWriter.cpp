@@ -29,14 +29,13 @@ struct Frame {
   int closes = 0;    // elements the node opened
   int wrappers = 0;  // TextBlock/TextLine opened inside it for lines or words found loose
   bool afterString = false;
-  const std::u16string* hyphen = nullptr;  // a String's HYP, written after it
+  std::optional<std::u16string_view> hyphen = std::nullopt;  // a String's HYP, written after it
 };
 
 using FontKey = std::pair<std::u16string, double>;
 
-const std::u16string* attribute(const Node& node, std::u16string_view key) {
-  const auto at = node.attributes().find(key);
-  return at == node.attributes().end() ? nullptr : &at->second;
+std::optional<std::u16string_view> attribute(const Node& node, std::u16string_view key) {
+  return node.attributes().get(key);
 }
 
 bool allTokensIn(std::u16string_view value, std::initializer_list<std::u16string_view> allowed) {
@@ -196,9 +195,9 @@ private:
         if (level != Level::Blocks && level != Level::Lines) return transparent(context);
         open("TextLine", node, "line");
         // ALTO 4 keeps the points as "BASELINE", PAGE as "Baseline".
-        const std::u16string* baseline = attribute(node, u"BASELINE");
-        if (baseline == nullptr) baseline = attribute(node, u"Baseline");
-        if (baseline != nullptr) {
+        std::optional<std::u16string_view> baseline = attribute(node, u"BASELINE");
+        if (!baseline) baseline = attribute(node, u"Baseline");
+        if (baseline) {
           out_.attribute("BASELINE", xmlText(*baseline));
         }
         closeStart(node);
@@ -250,7 +249,7 @@ private:
     const Frame frame = frames_.back();
     frames_.pop_back();
     for (int i = 0; i < frame.wrappers + frame.closes; ++i) out_.endElement();
-    if (frame.hyphen != nullptr) {
+    if (frame.hyphen) {
       out_.startElement("HYP");
       out_.attribute("CONTENT", xmlText(*frame.hyphen));
       out_.endElement();
@@ -313,8 +312,8 @@ private:
     out_.attribute("ID", ids_.idFor(page.id(), "page"));
     out_.attribute("HEIGHT", std::to_string(page.height()));
     out_.attribute("WIDTH", std::to_string(page.width()));
-    const std::u16string* number = attribute(page, u"PHYSICAL_IMG_NR");
-    out_.attribute("PHYSICAL_IMG_NR", number != nullptr && isWholeNumber(*number)
+    std::optional<std::u16string_view> number = attribute(page, u"PHYSICAL_IMG_NR");
+    out_.attribute("PHYSICAL_IMG_NR", number && isWholeNumber(*number)
                                           ? xmlText(*number)
                                           : std::to_string(page.indexInLayout() + 1));
     out_.startElement("PrintSpace");
@@ -381,27 +380,27 @@ private:
     if (!wc.empty()) out_.attribute("WC", wc);
     const auto font = fonts_.find(FontKey{word.fontFamily(), word.fontSize()});
     if (font != fonts_.end()) out_.attribute("STYLEREFS", font->second);
-    if (const std::u16string* style = attribute(word, u"STYLE");
-        style != nullptr && allTokensIn(*style, {u"bold", u"italics", u"subscript", u"superscript",
+    if (std::optional<std::u16string_view> style = attribute(word, u"STYLE");
+        style && allTokensIn(*style, {u"bold", u"italics", u"subscript", u"superscript",
                                                  u"smallCaps", u"underline"})) {
       out_.attribute("STYLE", xmlText(*style));
     }
-    if (const std::u16string* type = attribute(word, u"SUBS_TYPE");
-        type != nullptr && allTokensIn(*type, {u"HypPart1", u"HypPart2", u"Abbreviation"}) &&
+    if (std::optional<std::u16string_view> type = attribute(word, u"SUBS_TYPE");
+        type && allTokensIn(*type, {u"HypPart1", u"HypPart2", u"Abbreviation"}) &&
         type->find(u' ') == std::u16string::npos) {
       out_.attribute("SUBS_TYPE", xmlText(*type));
-      if (const std::u16string* content = attribute(word, u"SUBS_CONTENT")) {
+      if (std::optional<std::u16string_view> content = attribute(word, u"SUBS_CONTENT")) {
         out_.attribute("SUBS_CONTENT", xmlText(*content));
       }
     }
     for (const char16_t* key : {u"LANG", u"language"}) {
-      if (const std::u16string* lang = attribute(word, key); lang != nullptr && isLanguage(*lang)) {
+      if (std::optional<std::u16string_view> lang = attribute(word, key); lang && isLanguage(*lang)) {
         out_.attribute("LANG", xmlText(*lang));
         break;
       }
     }
     closeStart(word);
-    if (const std::u16string* alternatives = attribute(word, u"ALTERNATIVE")) {
+    if (std::optional<std::u16string_view> alternatives = attribute(word, u"ALTERNATIVE")) {
       std::u16string_view rest = *alternatives;
       while (true) {
         const std::size_t tab = rest.find(u'\t');
@@ -416,9 +415,9 @@ private:
   // ALTO's Glyph holds exactly one character; a glyph of a base letter and a combining
   // mark, or of no text, is left out (its String keeps the whole text).
   void writeGlyph(Glyph& glyph) {
-    const std::u16string* content = attribute(glyph, u"CONTENT");
-    const std::u16string& text =
-        !glyph.text().empty() || content == nullptr ? glyph.text() : *content;
+    std::optional<std::u16string_view> content = attribute(glyph, u"CONTENT");
+    const std::u16string_view text =
+        !glyph.text().empty() || !content ? std::u16string_view(glyph.text()) : *content;
     const bool pair = text.size() == 2 && text[0] >= 0xD800 && text[0] < 0xDC00;
     if (text.size() != 1 && !pair) return;
     open("Glyph", glyph, "glyph");

@@ -41,9 +41,8 @@ struct Frame {
   int wrappers = 0;  // TextRegion/TextLine opened inside it around loose lines or words
 };
 
-const std::u16string* attribute(const Node& node, std::u16string_view key) {
-  const auto at = node.attributes().find(key);
-  return at == node.attributes().end() ? nullptr : &at->second;
+std::optional<std::u16string_view> attribute(const Node& node, std::u16string_view key) {
+  return node.attributes().get(key);
 }
 
 bool isText(const Node& node) {
@@ -154,9 +153,9 @@ private:
     element("Creator", xmlText(creator));
     const std::string time = now();
     for (const char16_t* key : {u"Created", u"LastChange"}) {
-      const std::u16string* value = root != nullptr ? attribute(*root, key) : nullptr;
+      std::optional<std::u16string_view> value = root != nullptr ? attribute(*root, key) : std::nullopt;
       element(key == std::u16string_view(u"Created") ? "Created" : "LastChange",
-              value != nullptr && isDateTime(*value) ? xmlText(*value) : time);
+              value && isDateTime(*value) ? xmlText(*value) : time);
     }
     out_.endElement();
   }
@@ -186,9 +185,9 @@ private:
       if (level == Level::Lines) closeWrappers(context);
       openText("TextLine", static_cast<Fragment&>(node), "line");
       // PAGE keeps the points as "Baseline", ALTO 4 as "BASELINE".
-      const std::u16string* baseline = attribute(node, u"Baseline");
-      if (baseline == nullptr) baseline = attribute(node, u"BASELINE");
-      if (baseline != nullptr) {
+      std::optional<std::u16string_view> baseline = attribute(node, u"Baseline");
+      if (!baseline) baseline = attribute(node, u"BASELINE");
+      if (baseline) {
         const std::string points = baselineText(*baseline);
         if (!points.empty()) {
           out_.startElement("Baseline");
@@ -229,8 +228,8 @@ private:
         return;
       case Written::TextRegion: {
         const Fragment& region = static_cast<Fragment&>(node);
-        const std::u16string* kept = attribute(region, u"TextEquiv");
-        writeEquiv(region, !region.text().empty() || kept == nullptr ? region.text() : *kept);
+        std::optional<std::u16string_view> kept = attribute(region, u"TextEquiv");
+        writeEquiv(region, !region.text().empty() || !kept ? std::u16string_view(region.text()) : *kept);
         out_.endElement();
         return;
       }
@@ -341,7 +340,7 @@ private:
     }
   }
 
-  void writeEquiv(const Fragment& node, const std::u16string& text) {
+  void writeEquiv(const Fragment& node, std::u16string_view text) {
     const std::string conf = xml::confidenceText(node, factor_);
     if (text.empty() && conf.empty()) return;
     out_.startElement("TextEquiv");
@@ -353,7 +352,7 @@ private:
   static std::u16string glyphText(const Fragment& glyph) {
     if (!glyph.text().empty()) return glyph.text();
     for (const char16_t* key : {u"CONTENT", u"TextEquiv"}) {
-      if (const std::u16string* kept = attribute(glyph, key)) return *kept;
+      if (const auto kept = attribute(glyph, key)) return std::u16string(*kept);
     }
     return {};
   }
@@ -361,14 +360,14 @@ private:
   static std::u16string wordText(Node& node) {
     const Fragment& word = static_cast<Fragment&>(node);
     if (!word.text().empty()) return word.text();
-    if (const std::u16string* kept = attribute(word, u"TextEquiv")) return *kept;
+    if (const auto kept = attribute(word, u"TextEquiv")) return std::u16string(*kept);
     return nodeText(word);
   }
 
   static std::u16string lineText(Node& line) {
     const Fragment& fragment = static_cast<Fragment&>(line);
     if (!fragment.text().empty()) return fragment.text();
-    if (const std::u16string* kept = attribute(line, u"TextEquiv")) return *kept;
+    if (const auto kept = attribute(line, u"TextEquiv")) return std::u16string(*kept);
     std::u16string text;
     walkBelow(
         line,
