@@ -59,7 +59,6 @@ struct HocrTreeBuilder::Open {
   std::int64_t offset = 0;
   std::unique_ptr<Node> node;
   Kind kind = Kind::Container;
-  std::size_t depth = 0;
   // The title and style are held here: the property map views them after the parser's
   // own buffers have moved on.
   std::string title, style, lang, text;
@@ -201,7 +200,6 @@ void HocrTreeBuilder::openElement(std::string_view name,
   open.name.assign(name);
   open.offset = offset;
   open.kind = Kind::Container;
-  open.depth = depth;
   open.hasText = false;
   open.text.clear();
 
