@@ -149,7 +149,7 @@ std::unique_ptr<layout::Layout> HocrTreeBuilder::finish() {
   const std::u16string additional = wide(modules_.content, "meta", modules_.offset);
   if (failure_) std::rethrow_exception(failure_);
   if (!bodySeen_) {
-    // No body: the tree of an element that has nothing, as a DOM's null element reads.
+    // No body: the tree of an element that has nothing (a Content node without class).
     openElement("", {}, -1);
     closeElement();
   }

@@ -1,8 +1,8 @@
-// MarkupTree.h - the few questions the hOCR reader asks of a parsed document.
+// MarkupTree.h - the few questions the hOCR reader asks of a parsed HTML document.
 //
-// The reader walks elements, their attributes and their first text through this interface
-// only, so the same reader serves the XML parse (pugixml) and, in the tolerant mode, the
-// HTML parse of documents that are not XML (gumbo).
+// The tolerant reading walks the tree of a document that is not XML (gumbo's) through this
+// interface and hands its elements, attributes and first texts to the tree builder as the
+// XML reader's events would; MarkupAttribute is what both hand over.
 #pragma once
 
 #include <cstddef>
@@ -18,7 +18,7 @@ struct MarkupAttribute {
 
 // A parsed document, borrowed by the reader for one read. Elements are opaque handles into
 // the parser's own tree; null stands for "no element", and every question about null has
-// the empty answer (no name, no children, no attributes), as pugixml's null nodes do. Views
+// the empty answer (no name, no children, no attributes). Views
 // handed out point into the parser's tree and live as long as it.
 class MarkupTree {
 public:
