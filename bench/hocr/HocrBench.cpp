@@ -42,14 +42,14 @@ std::unique_ptr<Layout> makeTesseractLikeLayout(int pages, bool boxTexts) {
       auto& block = page.appendChild(std::make_unique<Box>());
       block.setTypeName(u"ocr_carea");
       block.setId(ascii("block_" + std::to_string(p) + "_" + std::to_string(b)));
-      if (boxTexts) block.setText(block.id());
+      if (boxTexts) block.setText(std::u16string(block.id()));
       const int top = 200 + (b - 1) * 640;
       block.setRect({180, top, 2100, 600});
       for (int q = 0; q < 2; ++q) {
         auto& paragraph = block.appendChild(std::make_unique<Box>());
         paragraph.setTypeName(u"ocr_par");
         paragraph.setId(ascii("par_" + std::to_string(p) + "_" + std::to_string(++par)));
-        if (boxTexts) paragraph.setText(paragraph.id());
+        if (boxTexts) paragraph.setText(std::u16string(paragraph.id()));
         paragraph.setAttribute(u"lang", u"deu");
         paragraph.setRect({180, top + q * 300, 2100, 280});
         for (int l = 0; l < 4; ++l) {

@@ -82,6 +82,15 @@ public:
     if (count > capacity()) reallocate(count);
   }
 
+  // Gives back the room that growth by doubling left beyond the elements.
+  void shrink_to_fit() {
+    if (empty()) {
+      release();
+    } else if (size() < capacity()) {
+      reallocate(size());
+    }
+  }
+
   template <class... Args>
   T& emplace_back(Args&&... args) {
     if (size() == capacity()) {

@@ -280,6 +280,7 @@ void HocrTreeBuilder::openElement(std::string_view name,
 void HocrTreeBuilder::closeElement() {
   Open& open = *path_[openCount_ - 1];
   finishElement(open);
+  open.node->fitChildren();
   --openCount_;
   if (openCount_ == 0) {
     body_ = std::move(open.node);
@@ -330,7 +331,7 @@ void HocrTreeBuilder::finishElement(Open& open) {
           // One Image per distinct reference, owned by the first page that names it; later
           // pages with the same reference share it through their "image" attribute.
           auto node = std::make_unique<layout::Image>();
-          node->setId(u"image_" + page.id());
+          node->setId(u"image_" + std::u16string(page.id()));
           node->setImage(reference);
           images_.emplace(std::move(reference), &page.appendChild(std::move(node)));
         }

@@ -14,14 +14,12 @@ Fragment::Fragment(const Fragment& other)
     : Node(other),
       text_(other.text_),
       rect_(other.rect_),
-      confidence_(other.confidence_),
-      details_(other.details_ ? std::make_unique<FragmentDetails>(*other.details_) : nullptr) {}
+      confidence_(other.confidence_) {}
 
 Fragment::~Fragment() = default;
 
-FragmentDetails& Fragment::detailsForChange() {
-  if (details_ == nullptr) details_ = std::make_unique<FragmentDetails>();
-  return *details_;
+std::unique_ptr<NodeExtras> Fragment::newExtras() const {
+  return std::make_unique<FragmentDetails>();
 }
 void Fragment::accept(NodeVisitor& visitor) { visitor.visit(*this); }
 

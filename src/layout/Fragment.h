@@ -45,7 +45,11 @@ struct FontWeight {
 // The fields of a fragment that most fragments leave unset: font, colours, polygon,
 // baseline, entity, sensibility, angle. Fragment holds them only once one of them is set, so
 // a word of a long document costs its text, rectangle and confidence and little else.
-struct FragmentDetails {
+struct FragmentDetails : NodeExtras {
+  std::unique_ptr<NodeExtras> clone() const override {
+    return std::make_unique<FragmentDetails>(*this);
+  }
+
   std::u16string fontFamily;
   double fontSize = -1;
   double xSensibility = 0;
@@ -91,7 +95,7 @@ public:
 
   const std::u16string& fontFamily() const { return details().fontFamily; }
   void setFontFamily(std::u16string family) {
-    if (!family.empty() || details_) detailsForChange().fontFamily = std::move(family);
+    if (!family.empty() || extras() != nullptr) detailsForChange().fontFamily = std::move(family);
   }
   double fontSize() const { return details().fontSize; }
   void setFontSize(double size) { change(&FragmentDetails::fontSize, size); }
@@ -108,17 +112,17 @@ public:
   // Narrow (UTF-8) name of the entity class attached to the item; empty when none.
   const std::string& xEntity() const { return details().xEntity; }
   void setXEntity(std::string entity) {
-    if (!entity.empty() || details_) detailsForChange().xEntity = std::move(entity);
+    if (!entity.empty() || extras() != nullptr) detailsForChange().xEntity = std::move(entity);
   }
 
   const std::vector<Point>& polygon() const { return details().polygon; }
   void setPolygon(std::vector<Point> polygon) {
-    if (!polygon.empty() || details_) detailsForChange().polygon = std::move(polygon);
+    if (!polygon.empty() || extras() != nullptr) detailsForChange().polygon = std::move(polygon);
   }
   // Coefficients of the baseline polynomial as the OCR delivered them.
   const std::vector<double>& baseline() const { return details().baseline; }
   void setBaseline(std::vector<double> baseline) {
-    if (!baseline.empty() || details_) detailsForChange().baseline = std::move(baseline);
+    if (!baseline.empty() || extras() != nullptr) detailsForChange().baseline = std::move(baseline);
   }
 
   // The colour is valid only when hasColor(); setColor sets the flag.
@@ -145,24 +149,29 @@ protected:
   friend class ShallowCopier;
   friend class FaithfulCopier;
 
-  const FragmentDetails& details() const { return details_ ? *details_ : kNoDetails; }
+  // A fragment's extras are always its details: newExtras makes them, copies clone them.
+  const FragmentDetails& details() const {
+    return extras() != nullptr ? static_cast<const FragmentDetails&>(*extras()) : kNoDetails;
+  }
   // Sets one field; setting a field to its unset value allocates nothing.
   // Doubles are compared bit for bit, so that -0 is kept as -0.
   template <class T>
   void change(T FragmentDetails::*field, T value) {
-    if (details_ == nullptr && std::memcmp(&value, &(kNoDetails.*field), sizeof(T)) == 0) return;
+    if (extras() == nullptr && std::memcmp(&value, &(kNoDetails.*field), sizeof(T)) == 0) return;
     detailsForChange().*field = value;
   }
 
 private:
-  FragmentDetails& detailsForChange();
+  FragmentDetails& detailsForChange() {
+    return static_cast<FragmentDetails&>(extrasForChange());
+  }
+  std::unique_ptr<NodeExtras> newExtras() const override;
 
   static const FragmentDetails kNoDetails;
 
   std::u16string text_;
   Rect rect_;
   mutable double confidence_ = -1;
-  std::unique_ptr<FragmentDetails> details_;
 };
 
 }  // namespace qent::text::layout

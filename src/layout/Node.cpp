@@ -8,9 +8,7 @@ namespace qent::text::layout {
 Node::Node(const Node& other)
     : id_(other.id_),
       attributes_(other.attributes_),
-      auxiliaryAttributes_(other.auxiliaryAttributes_ != nullptr
-                               ? std::make_unique<Attributes>(*other.auxiliaryAttributes_)
-                               : nullptr),
+      extras_(other.extras_ != nullptr ? other.extras_->clone() : nullptr),
       nodeClass_(other.nodeClass_) {}
 
 Node::~Node() {
@@ -28,13 +26,17 @@ Node::~Node() {
 
 const Node::Attributes& Node::auxiliaryAttributes() const {
   static const Attributes kNone;
-  return auxiliaryAttributes_ != nullptr ? *auxiliaryAttributes_ : kNone;
+  return extras_ != nullptr ? extras_->auxiliaryAttributes : kNone;
 }
 
-Node::Attributes& Node::auxiliaryAttributes() {
-  if (auxiliaryAttributes_ == nullptr) auxiliaryAttributes_ = std::make_unique<Attributes>();
-  return *auxiliaryAttributes_;
+Node::Attributes& Node::auxiliaryAttributes() { return extrasForChange().auxiliaryAttributes; }
+
+NodeExtras& Node::extrasForChange() {
+  if (extras_ == nullptr) extras_ = newExtras();
+  return *extras_;
 }
+
+std::unique_ptr<NodeExtras> Node::newExtras() const { return std::make_unique<NodeExtras>(); }
 
 void Node::accept(NodeVisitor& visitor) { visitor.visit(*this); }
 

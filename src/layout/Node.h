@@ -1,6 +1,7 @@
 // Node.h - the base of every layout tree node: identifier, free attributes and owned children.
 #pragma once
 
+#include "base/CompactU16String.h"
 #include "base/CompactVector.h"
 #include "layout/AttributeMap.h"
 
@@ -23,6 +24,21 @@ enum class NodeClass : std::uint8_t {
   Node, Page, Image, Content, Fragment, Box, Line, Word, Glyph, Picture, Field
 };
 
+// What a node seldom has, held apart so that the nodes of a long document do not pay for
+// it: allocated when first changed. Fragments extend it with their own seldom set fields
+// (FragmentDetails), so that a word holds one pointer for both.
+struct NodeExtras {
+  NodeExtras() = default;
+  NodeExtras(const NodeExtras&) = default;
+  NodeExtras& operator=(const NodeExtras&) = delete;
+  virtual ~NodeExtras() = default;
+  virtual std::unique_ptr<NodeExtras> clone() const {
+    return std::make_unique<NodeExtras>(*this);
+  }
+
+  AttributeMap auxiliaryAttributes;
+};
+
 // A node owns its children; there is no parent pointer (iterators keep the path instead).
 // Any node kind may be the child of any other. Destroying a node destroys its subtree
 // without recursion, so even a tree built in code far deeper than any reader accepts is
@@ -41,8 +57,8 @@ public:
 
   NodeClass nodeClass() const { return nodeClass_; }
 
-  const std::u16string& id() const { return id_; }
-  void setId(std::u16string id) { id_ = std::move(id); }
+  std::u16string_view id() const { return id_.view(); }
+  void setId(std::u16string_view id) { id_.assign(id); }
 
   // Free attributes, sorted by key; numbers read from files are kept as their text.
   const Attributes& attributes() const { return attributes_; }
@@ -52,8 +68,8 @@ public:
   }
 
   // A second map that no operation of the library fills; it is carried along by copies
-  // so that layouts built by other tools lose nothing. Held only once something asks to
-  // change it, since nearly every node has none.
+  // so that layouts built by other tools lose nothing. Held among the extras, since nearly
+  // every node has none.
   const Attributes& auxiliaryAttributes() const;
   Attributes& auxiliaryAttributes();
 
@@ -69,6 +85,8 @@ public:
     return added;
   }
   void reserveChildren(std::size_t count) { children_.reserve(count); }
+  // For readers, once a node's children are complete: the list keeps no room to grow.
+  void fitChildren() { children_.shrink_to_fit(); }
   // Detaches all children; the node is left without any.
   Children takeChildren();
 
@@ -78,10 +96,15 @@ protected:
   Node(const Node& other);
   friend class FaithfulCopier;
 
+  const NodeExtras* extras() const { return extras_.get(); }
+  NodeExtras& extrasForChange();
+  // The extras this kind of node holds, made when one of them is first changed.
+  virtual std::unique_ptr<NodeExtras> newExtras() const;
+
 private:
-  std::u16string id_;
+  base::CompactU16String id_;
   Attributes attributes_;
-  std::unique_ptr<Attributes> auxiliaryAttributes_;
+  std::unique_ptr<NodeExtras> extras_;
   Children children_;
   NodeClass nodeClass_ = NodeClass::Node;
 };

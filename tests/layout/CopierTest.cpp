@@ -43,6 +43,8 @@ TEST(ShallowCopierTest, CopiesOwnFieldsOfSupportedClassesOnly) {
        "Word[1,1,1,1]\"w\"(conf=9,size=12,family=F,style=2,weight=3,sens=0.5,angle=90,"
        "entity=PER,poly=\"1 2;3 4\",base=\"1 2\",bg=\"unset 4 5 6\",checked=1,rejected=2,"
        "&aux=1)"},
+      // The auxiliary map first: a fragment's extras are its details all the same.
+      {"Word(&aux=1,size=12)", "Word(size=12,&aux=1)"},
       {"Line(asc=1,desc=2,gh=3){Word}", "Line(asc=1,desc=2,gh=3)"},
       {"Box:my_area{Line}", "Box:my_area"},
       {"Box:ocrx_box(kind=22)", "Box:ocrx_box(kind=22)"},
