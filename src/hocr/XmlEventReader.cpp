@@ -161,7 +161,7 @@ void XmlEventReader::refill() {
   const std::size_t kept = window_.size();
   // At least what is held already: a token longer than a piece is read again a number of
   // times that grows with the log of its length, not with its length.
-  const std::size_t want = std::max(piece_, kept);
+  const std::size_t want = std::max(kPiece, kept);
   window_.resize(kept + want);
   std::size_t got = 0;
   while (got < want) {

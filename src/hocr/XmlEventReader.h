@@ -90,7 +90,7 @@ private:
   bool short_ = false;
   std::size_t pos_ = 0;
   std::uint64_t base_ = 0;  // offset of data_[0] in the document
-  std::size_t piece_ = std::size_t{1} << 16;
+  static constexpr std::size_t kPiece = std::size_t{1} << 16;
 
   std::string openNames_;  // names of the open elements, one after the other
   std::vector<std::size_t> openStarts_;

@@ -168,8 +168,7 @@ AttributeMap::const_iterator AttributeMap::find(std::u16string_view key) const {
 }
 
 std::u16string_view AttributeMap::value(std::u16string_view key) const {
-  const const_iterator found = find(key);
-  return found != end() ? found->second : std::u16string_view();
+  return get(key).value_or(std::u16string_view());
 }
 
 std::optional<std::u16string_view> AttributeMap::get(std::u16string_view key) const {
