@@ -13,7 +13,6 @@ namespace qent::text::layout::comparison {
 inline constexpr double kRateEpsilon = 2.220446049250313e-16;
 
 struct NodeStatistics {
-  Node* self = nullptr;
   // The node this one was paired with; null for an unpaired node and for every node above
   // the compared level.
   Node* partner = nullptr;

@@ -27,8 +27,7 @@ const NodeStatistics* StatisticsTable::find(const Node* node) const {
   for (std::size_t slot = slotOf(node);; slot = (slot + 1) & (slots_.size() - 1)) {
     const Slot entry = slots_[slot];
     if (entry == 0) return nullptr;
-    const NodeStatistics& record = recordAt(entry - 1);
-    if (record.self == node) return &record;
+    if (nodes_[entry - 1] == node) return &recordAt(entry - 1);
   }
 }
 
@@ -39,16 +38,14 @@ NodeStatistics* StatisticsTable::find(const Node* node) {
 NodeStatistics& StatisticsTable::obtain(Node& node) {
   if (NodeStatistics* known = find(&node)) return *known;
   // Keep the index at most three quarters full so probes stay short.
-  if (4 * (size_ + 1) > 3 * slots_.size()) grow();
+  if (4 * (size() + 1) > 3 * slots_.size()) grow();
   std::size_t slot = slotOf(&node);
   while (slots_[slot] != 0) slot = (slot + 1) & (slots_.size() - 1);
-  const auto index = static_cast<std::uint32_t>(size_);
+  const auto index = static_cast<std::uint32_t>(size());
   if (index % kChunkSize == 0) chunks_.push_back(std::make_unique<NodeStatistics[]>(kChunkSize));
   slots_[slot] = index + 1;
-  ++size_;
-  NodeStatistics& stats = recordAt(index);
-  stats.self = &node;
-  return stats;
+  nodes_.push_back(&node);
+  return recordAt(index);
 }
 
 void StatisticsTable::grow() {
@@ -56,7 +53,7 @@ void StatisticsTable::grow() {
   old.swap(slots_);
   for (const Slot entry : old) {
     if (entry == 0) continue;
-    std::size_t slot = slotOf(recordAt(entry - 1).self);
+    std::size_t slot = slotOf(nodes_[entry - 1]);
     while (slots_[slot] != 0) slot = (slot + 1) & (slots_.size() - 1);
     slots_[slot] = entry;
   }
