@@ -90,6 +90,14 @@ public:
   // Detaches all children; the node is left without any.
   Children takeChildren();
 
+  // A number an operation keeps in the node to find its own record of it again without a
+  // search (the comparison's statistics table). It means nothing to anyone else, and the
+  // operation checks it before it trusts it: another operation may have left its own there.
+  // It sits in what would be padding, so it costs no memory. 0 until an operation sets it;
+  // operations set only other values.
+  std::uint32_t lookupHint() const { return lookupHint_; }
+  void setLookupHint(std::uint32_t hint) { lookupHint_ = hint; }
+
 protected:
   explicit Node(NodeClass nodeClass) : nodeClass_(nodeClass) {}
   // Copies the node's own fields, not its children: only the copiers ask for it.
@@ -107,6 +115,7 @@ private:
   std::unique_ptr<NodeExtras> extras_;
   Children children_;
   NodeClass nodeClass_ = NodeClass::Node;
+  std::uint32_t lookupHint_ = 0;
 };
 
 }  // namespace qent::text::layout
