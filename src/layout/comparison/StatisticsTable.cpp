@@ -1,4 +1,5 @@
-// StatisticsTable.cpp - chunked record storage with a linear-probing address index.
+// StatisticsTable.cpp - chunked record storage found through node hints, with an address index
+// built only when a hint is not this table's.
 #include "layout/comparison/StatisticsTable.h"
 
 #include "layout/Node.h"
